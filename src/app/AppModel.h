@@ -1,0 +1,241 @@
+#pragma once
+
+#include "app/Library.h"
+#include "app/Observed.h"
+#include "base/Date.h"
+#include "decision/DecisionQuestion.h"
+#include "domain/Records.h"
+#include "platform/Platform.h"
+#include "store/SecretStore.h"
+#include "transports/Decision.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace quorl {
+
+class DecisionRouter;
+class QuorlStore;
+class Workers;
+
+// The screens that need no more than their name.
+enum class Screen { draft, history, scores, dataset, models, categories, batches };
+
+// The screen of one run; of a run that no longer exists, the Compare screen.
+struct RunScreen {
+    UUID runID;
+    bool operator==(const RunScreen&) const = default;
+};
+
+using Destination = std::variant<Screen, RunScreen>;
+
+// What the user has asked to delete and not yet confirmed.
+struct PendingDelete {
+    enum class Kind { model, category, run, example, batch };
+
+    Kind kind;
+    UUID target;
+
+    /// Tells one confirmation from another: "model-", "category-" …, and the identifier's text.
+    [[nodiscard]] std::string id() const;
+
+    bool operator==(const PendingDelete&) const = default;
+};
+
+// A toast.
+struct QuorlFeedback {
+    UUID id; // fresh for every announcement
+    std::string title;
+    std::string detail;
+    std::string symbol; // the name of a symbol image
+    bool isMilestone = false;
+
+    bool operator==(const QuorlFeedback&) const = default;
+};
+
+// Whether a model can be asked.
+struct Readiness {
+    enum class State { ready, disabled, blocked };
+
+    State state = State::ready;
+    std::string message; // of `blocked`: what the user can do
+
+    bool operator==(const Readiness&) const = default;
+};
+
+// All the state of the running program and every action on it. Made once, at the start; making it runs the whole launch: opens
+// the library, keeps its catalogue up to date, loads it, restores the draft, ends what the last quit cut off.
+// Thread: main. Failures: a failure of the library shows in `alertMessage`, one of a model in its answer's `errorMessage`.
+class AppModel {
+    Observers observers; // first, since every field below reports to it
+
+public:
+    /// What is passed is borrowed and must outlive the model; `workers` must end before `router` does.
+    AppModel(Platform& platform, const DecisionRouter& router, Workers& workers);
+    ~AppModel(); // outcomes that arrive later are dropped
+
+    AppModel(const AppModel&) = delete;
+    AppModel& operator=(const AppModel&) = delete;
+
+    [[nodiscard]] Observers::Subscription observe(Observers::Observer observer);
+
+    // --- State ---
+
+    Library library{observers};
+
+    Observed<Destination> destination{observers, AppField::destination, Screen::draft};
+    Observed<std::optional<UUID>> activeRunID{observers, AppField::activeRunID};
+    Observed<std::optional<UUID>> activeBatchID{observers, AppField::activeBatchID};
+    Observed<bool> draftIsBulk{observers, AppField::draftIsBulk};
+    Observed<std::vector<BulkQuestion>> draftBulkQuestions{observers, AppField::draftBulkQuestions, {{}}};
+    Observed<DecisionQuestion> draftBulkTemplate{observers, AppField::draftBulkTemplate,
+                                                 DecisionQuestion::starter()};
+    Observed<bool> bulkTemplateInitialized{observers, AppField::bulkTemplateInitialized};
+    Observed<QuorlKind> draftKind{observers, AppField::draftKind, QuorlKind::decision};
+    Observed<std::string> draftPrompt{observers, AppField::draftPrompt};
+    Observed<std::string> draftSystem{observers, AppField::draftSystem,
+                                      std::string(defaultSystemPrompt(QuorlKind::decision))};
+    Observed<std::string> draftCategoryText{observers, AppField::draftCategoryText};
+    Observed<std::string> draftSubcategoryText{observers, AppField::draftSubcategoryText};
+    Observed<std::vector<DecisionQuestion>> draftQuestions{observers, AppField::draftQuestions,
+                                                           {DecisionQuestion::starter()}};
+    Observed<std::optional<UUID>> draftCategoryID{observers, AppField::draftCategoryID};
+    Observed<ScoringMode> draftScoring{observers, AppField::draftScoring, ScoringMode::binary};
+    Observed<std::set<UUID>> draftModelIDs{observers, AppField::draftModelIDs};
+    Observed<std::optional<bool>> claudeLoggedIn{observers, AppField::claudeLoggedIn};
+    Observed<std::optional<std::string>> claudeLoginStatus{observers, AppField::claudeLoginStatus};
+    Observed<std::int64_t> focusToken{observers, AppField::focusToken}; // each change asks for the question field's caret
+    Observed<std::optional<UUID>> selectedModelID{observers, AppField::selectedModelID};
+    Observed<std::optional<UUID>> selectedCategoryID{observers, AppField::selectedCategoryID};
+    Observed<std::optional<std::string>> alertMessage{observers, AppField::alertMessage};
+    Observed<std::optional<QuorlFeedback>> feedback{observers, AppField::feedback};
+    Observed<std::optional<PendingDelete>> pendingDelete{observers, AppField::pendingDelete};
+    Observed<std::optional<UUID>> selectedBatchID{observers, AppField::selectedBatchID};
+    Observed<std::string> apiBase{observers, AppField::apiBase, "http://127.0.0.1:47821"};
+    Observed<std::string> apiToken{observers, AppField::apiToken};
+    Observed<std::string> apiMessage{observers, AppField::apiMessage, "Starting"};
+    Observed<std::optional<std::string>> launchWarning{observers, AppField::launchWarning};
+    ObservedMap<std::string> testStatus{observers, AppField::testStatus}; // by model
+    ObservedMap<bool> secretFlags{observers, AppField::secretFlags};      // by model: whether its credentials suffice
+    Observed<Date> lastAsk{observers, AppField::lastAsk, distantPast};
+
+    // --- Reading ---
+
+    /// Whether a model can be asked now. May look for files.
+    [[nodiscard]] Readiness readiness(const ModelProfile& model) const;
+
+    /// The models that a press of the run button would ask: chosen, ready, of the family of the draft's kind, in list order.
+    [[nodiscard]] std::vector<ModelProfile> selectedModels() const;
+
+    /// Categories without a parent, and the direct children of one, by `sortIndex`; ties in the order of the library.
+    [[nodiscard]] std::vector<Category> roots() const;
+    [[nodiscard]] std::vector<Category> children(const UUID& of) const;
+
+    // --- The draft (Draft.cpp) ---
+
+    /// The system instructions that a draft of a kind starts with.
+    [[nodiscard]] static std::string_view defaultSystemPrompt(QuorlKind kind);
+
+    void persistDraft();
+    void setKind(QuorlKind kind);
+    void setBulk(bool on);
+    void newComparison();
+    void toggleDraftModel(const UUID& id);
+
+    // --- Asking (Ask.cpp) ---
+
+    void ask();
+    void retry(const UUID& answerID);
+
+    // --- Models, credentials, connection test (Models.cpp) ---
+
+    void addModel(ProviderKind kind);
+    void replaceModel(const ModelProfile& profile);
+    void saveSecret(const UUID& modelID, const ModelSecret& secret);
+    void clearSecret(const UUID& modelID);
+    void refreshSecretFlags();
+    void test(const ModelProfile& profile);
+
+    // --- Categories (Categories.cpp) ---
+
+    void addCategory(std::string_view name, const std::optional<UUID>& parent);
+    void renameCategory(const UUID& id, std::string_view name);
+
+    // --- Deleting (Deletion.cpp) ---
+
+    void requestDelete(const PendingDelete& pending);
+    void confirmDelete();
+    void removeExample(const UUID& id);
+
+    // --- Toasts (Feedback.cpp) ---
+
+    void announce(std::string title, std::string detail, std::string symbol, bool isMilestone);
+
+private:
+    struct Job {
+        ModelProfile model;
+        UUID answerID;
+    };
+
+    // Launch.cpp
+    std::unique_ptr<QuorlStore> openStore();
+    void bootstrap();
+    void seedIfEmpty();
+    void ensureDecisionModels();
+    void retireSeedCategories();
+    void refreshClaudeNotes();
+    void refreshNuvelNotes();
+    void saveQuietly(const ModelProfile& profile);
+    void recoverInterrupted();
+    void selectDefaultModelsIfNeeded();
+    void loadAPIToken();
+    void reload();
+
+    // Draft.cpp
+    void loadDraft();
+    std::optional<UUID> resolveCategoryID();
+    void fillCategoryFields(const std::optional<UUID>& from);
+
+    // Ask.cpp
+    bool draftIsComplete();
+    std::vector<Job> insertAnswers(const QuorlRun& run, const std::vector<ModelProfile>& models);
+    void start(DecisionRequest request, ModelSecret secret,
+               std::function<void(AppModel&, const DecisionOutcome&)> finished);
+    void finish(const UUID& answerID, const DecisionOutcome& outcome);
+
+    // Batches.cpp
+    void refreshBatchStatus(const UUID& batchID);
+    void settleBatches();
+
+    // Categories.cpp
+    UUID findOrCreateCategory(std::string_view name, const std::optional<UUID>& parentID);
+    [[nodiscard]] const Category* findSibling(std::string_view name, const std::optional<UUID>& parentID) const;
+    [[nodiscard]] Category makeCategory(std::string_view name, const std::optional<UUID>& parentID) const;
+
+    // Deletion.cpp
+    void deleteModel(const UUID& id);
+    void deleteCategory(const UUID& id);
+    void deleteRun(const UUID& id);
+    void deleteBatch(const UUID& id);
+
+    // Runs a write to the library; its failure becomes the alert.
+    template <class Write>
+    void alertOnFailure(Write write);
+
+    Platform& platform;
+    const DecisionRouter& router;
+    Workers& workers;
+    const std::filesystem::path directory; // the library's folder
+    std::unique_ptr<QuorlStore> store;
+    SecretStore secrets;
+    const std::shared_ptr<AppModel*> alive; // shared with work that outlives the model; emptied when the model goes
+};
+
+} // namespace quorl

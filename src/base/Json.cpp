@@ -1,0 +1,152 @@
+#include "base/Json.h"
+
+#include "base/Text.h"
+
+#include <cmath>
+
+namespace quorl::Json {
+
+namespace {
+
+// Counted on the text before it is parsed: the parser itself does not recurse, but what walks its result does.
+bool isNestedTooDeep(std::string_view text) {
+    std::size_t depth = 0;
+    bool inString = false;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        switch (text[place]) {
+        case '"':
+            inString = !inString;
+            break;
+        case '\\':
+            if (inString)
+                ++place;
+            break;
+        case '[':
+        case '{':
+            if (!inString && ++depth > maximumDepth)
+                return true;
+            break;
+        case ']':
+        case '}':
+            if (!inString && depth > 0)
+                --depth;
+            break;
+        default:
+            break;
+        }
+    }
+    return false;
+}
+
+// nlohmann writes a number that is not finite as null, which would turn an error into a silent loss.
+bool isWritable(const Value& value, std::size_t depth) {
+    if (depth > maximumDepth)
+        return false;
+    if (value.is_number_float())
+        return std::isfinite(value.get<double>());
+    if (!value.is_structured())
+        return true;
+    for (const auto& element : value) {
+        if (!isWritable(element, element.is_structured() ? depth + 1 : depth))
+            return false;
+    }
+    return true;
+}
+
+void escapeSlashes(std::string& text) {
+    std::string result;
+    result.reserve(text.size());
+    for (const char character : text) {
+        // Outside a string a slash cannot stand in JSON.
+        if (character == '/')
+            result += '\\';
+        result += character;
+    }
+    text = std::move(result);
+}
+
+} // namespace
+
+std::optional<Value> parse(std::string_view text) {
+    if (isNestedTooDeep(text) || !Text::isUTF8(text))
+        return std::nullopt;
+    auto value = Value::parse(text, nullptr, false);
+    if (value.is_discarded())
+        return std::nullopt;
+    return value;
+}
+
+std::optional<Value> parseObject(std::string_view text) {
+    auto value = parse(text);
+    if (!value || !value->is_object())
+        return std::nullopt;
+    return value;
+}
+
+std::optional<std::string> write(const Value& value, Layout layout, Slash slash) {
+    if (!isWritable(value, value.is_structured() ? 1 : 0))
+        return std::nullopt;
+    try {
+        auto text = value.dump(layout == Layout::pretty ? 2 : -1);
+        if (slash == Slash::escaped)
+            escapeSlashes(text);
+        return text;
+    } catch (const nlohmann::json::exception&) {
+        return std::nullopt;
+    }
+}
+
+const Value* find(const Value& object, std::string_view key) {
+    if (!object.is_object())
+        return nullptr;
+    const auto member = object.find(key);
+    return member == object.end() ? nullptr : &*member;
+}
+
+const Value* find(const Value* object, std::string_view key) {
+    return object ? find(*object, key) : nullptr;
+}
+
+const std::string* text(const Value* value) {
+    return value ? value->get_ptr<const std::string*>() : nullptr;
+}
+
+const Value* object(const Value* value) {
+    return value && value->is_object() ? value : nullptr;
+}
+
+const Value* array(const Value* value) {
+    return value && value->is_array() ? value : nullptr;
+}
+
+std::optional<bool> boolean(const Value* value) {
+    if (!value || !value->is_boolean())
+        return std::nullopt;
+    return value->get<bool>();
+}
+
+std::optional<std::int64_t> wholeNumber(const Value* value) {
+    if (!value || !value->is_number())
+        return std::nullopt;
+    if (value->is_number_unsigned()) {
+        const auto count = value->get<std::uint64_t>();
+        if (count > static_cast<std::uint64_t>(INT64_MAX))
+            return std::nullopt;
+        return static_cast<std::int64_t>(count);
+    }
+    if (value->is_number_integer())
+        return value->get<std::int64_t>();
+    const auto fraction = value->get<double>();
+    // 2^63 is the first double that no longer fits.
+    if (fraction != std::trunc(fraction) || fraction < -0x1p63 || fraction >= 0x1p63)
+        return std::nullopt;
+    return static_cast<std::int64_t>(fraction);
+}
+
+std::optional<double> number(const Value* value) {
+    if (!value || !value->is_number())
+        return std::nullopt;
+    return value->get<double>();
+}
+
+} // namespace quorl::Json

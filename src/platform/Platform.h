@@ -1,0 +1,84 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What is asked of a desktop. platform/linux realises it; tests have fakes of exactly these.
+namespace quorl {
+
+// The thread that owns the model and the window.
+class MainThread {
+public:
+    virtual ~MainThread() = default;
+
+    /// Runs `work` on the main thread, after what was posted before it, never inside this call. Thread: any.
+    virtual void post(std::function<void()> work) = 0;
+
+    /// The same after `delay`. Thread: main.
+    virtual void postAfter(std::chrono::milliseconds delay, std::function<void()> work) = 0;
+};
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    /// Seconds since 1970 with their fraction, as a `Date` counts them. Thread: any.
+    [[nodiscard]] virtual std::chrono::time_point<std::chrono::system_clock, std::chrono::duration<double>>
+    now() const = 0;
+};
+
+// The per-user store of small settings. Keys are plain text such as "draft.kind". Thread: main. Failures: unseen; what
+// cannot be written is gone at the next start.
+class UserDefaults {
+public:
+    virtual ~UserDefaults() = default;
+
+    [[nodiscard]] virtual bool contains(std::string_view key) const = 0;
+
+    /// Nothing where the key is absent or holds no text.
+    [[nodiscard]] virtual std::optional<std::string> string(std::string_view key) const = 0;
+
+    /// False where the key is absent or holds no boolean.
+    [[nodiscard]] virtual bool boolean(std::string_view key) const = 0;
+
+    /// Nothing where the key is absent or holds no bytes.
+    [[nodiscard]] virtual std::optional<std::string> bytes(std::string_view key) const = 0;
+
+    /// Nothing where the key is absent or holds no list of texts.
+    [[nodiscard]] virtual std::optional<std::vector<std::string>> strings(std::string_view key) const = 0;
+
+    virtual void setString(std::string_view key, const std::string& value) = 0;
+    virtual void setBoolean(std::string_view key, bool value) = 0;
+    virtual void setBytes(std::string_view key, const std::string& value) = 0;
+    virtual void setStrings(std::string_view key, const std::vector<std::string>& value) = 0;
+};
+
+// An at-rest store of small byte strings, readable once the user's session is unlocked. Thread: any.
+class Keychain {
+public:
+    virtual ~Keychain() = default;
+
+    /// The bytes of one item; nothing where there is none, or where the keychain is locked, refused or broken.
+    [[nodiscard]] virtual std::optional<std::string> copy(const std::string& service,
+                                                          const std::string& account) = 0;
+
+    /// Failures are unseen.
+    virtual void add(const std::string& service, const std::string& account, const std::string& bytes) = 0;
+    virtual void remove(const std::string& service, const std::string& account) = 0;
+};
+
+// The services that the model is given. Borrowed: whoever composes the program keeps them alive.
+struct Platform {
+    MainThread& mainThread;
+    Clock& clock;
+    UserDefaults& defaults;
+    Keychain& keychain;
+    std::filesystem::path applicationSupport; // the user's folder for programs' data, without ours in it
+};
+
+} // namespace quorl

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/Json.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// What the transports over HTTP share in reading a reply. Thread: any.
+namespace quorl::HTTPJSON {
+
+/// The sentence for a reply whose status is outside 200 to 299: the server's own message where the body has one.
+[[nodiscard]] std::string failure(std::string_view body, int status);
+
+/// A count: an integer, or a fraction cut off toward zero; nothing for a missing value or anything that is no number.
+[[nodiscard]] std::optional<std::int64_t> count(const Json::Value* value);
+
+[[nodiscard]] inline bool isSuccess(int status) {
+    return status >= 200 && status <= 299;
+}
+
+} // namespace quorl::HTTPJSON
