@@ -1,0 +1,1 @@
+#include "decision/DecisionQuestion.h"

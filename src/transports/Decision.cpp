@@ -1,0 +1,1 @@
+#include "transports/Decision.h"

@@ -1,0 +1,1 @@
+#include "transports/HTTPJSON.h"

@@ -1,0 +1,1 @@
+#include "transports/OpenAITransport.h"
