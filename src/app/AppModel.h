@@ -7,9 +7,11 @@
 #include "domain/Records.h"
 #include "platform/Platform.h"
 #include "store/SecretStore.h"
+#include "store/StoreError.h"
 #include "transports/Decision.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -70,15 +72,17 @@ struct Readiness {
     bool operator==(const Readiness&) const = default;
 };
 
-// All the state of the running program and every action on it. Made once, at the start; making it runs the whole launch: opens
-// the library, keeps its catalogue up to date, loads it, restores the draft, ends what the last quit cut off.
-// Thread: main. Failures: a failure of the library shows in `alertMessage`, one of a model in its answer's `errorMessage`.
+// All the state of the running program and every action on it. Made once, at the start; making it runs the
+// whole launch: opens the library, keeps its catalogue up to date, loads it, restores the draft, ends what
+// the last quit cut off. Thread: main. Failures: a failure of the library shows in `alertMessage`, one of a
+// model in its answer's `errorMessage`.
 class AppModel {
     Observers observers; // first, since every field below reports to it
 
 public:
-    /// What is passed is borrowed and must outlive the model; `workers` must end before `router` does.
-    AppModel(Platform& platform, const DecisionRouter& router, Workers& workers);
+    /// What is passed is borrowed and must outlive the model; `threads` must end before `decisionRouter`
+    /// does.
+    AppModel(Platform& services, const DecisionRouter& decisionRouter, Workers& threads);
     ~AppModel(); // outcomes that arrive later are dropped
 
     AppModel(const AppModel&) = delete;
@@ -104,14 +108,15 @@ public:
                                       std::string(defaultSystemPrompt(QuorlKind::decision))};
     Observed<std::string> draftCategoryText{observers, AppField::draftCategoryText};
     Observed<std::string> draftSubcategoryText{observers, AppField::draftSubcategoryText};
-    Observed<std::vector<DecisionQuestion>> draftQuestions{observers, AppField::draftQuestions,
-                                                           {DecisionQuestion::starter()}};
+    Observed<std::vector<DecisionQuestion>> draftQuestions{
+        observers, AppField::draftQuestions, {DecisionQuestion::starter()}};
     Observed<std::optional<UUID>> draftCategoryID{observers, AppField::draftCategoryID};
     Observed<ScoringMode> draftScoring{observers, AppField::draftScoring, ScoringMode::binary};
     Observed<std::set<UUID>> draftModelIDs{observers, AppField::draftModelIDs};
     Observed<std::optional<bool>> claudeLoggedIn{observers, AppField::claudeLoggedIn};
     Observed<std::optional<std::string>> claudeLoginStatus{observers, AppField::claudeLoginStatus};
-    Observed<std::int64_t> focusToken{observers, AppField::focusToken}; // each change asks for the question field's caret
+    Observed<std::int64_t> focusToken{
+        observers, AppField::focusToken}; // each change asks for the question field's caret
     Observed<std::optional<UUID>> selectedModelID{observers, AppField::selectedModelID};
     Observed<std::optional<UUID>> selectedCategoryID{observers, AppField::selectedCategoryID};
     Observed<std::optional<std::string>> alertMessage{observers, AppField::alertMessage};
@@ -123,7 +128,8 @@ public:
     Observed<std::string> apiMessage{observers, AppField::apiMessage, "Starting"};
     Observed<std::optional<std::string>> launchWarning{observers, AppField::launchWarning};
     ObservedMap<std::string> testStatus{observers, AppField::testStatus}; // by model
-    ObservedMap<bool> secretFlags{observers, AppField::secretFlags};      // by model: whether its credentials suffice
+    ObservedMap<bool> secretFlags{observers,
+                                  AppField::secretFlags}; // by model: whether its credentials suffice
     Observed<Date> lastAsk{observers, AppField::lastAsk, distantPast};
 
     // --- Reading ---
@@ -131,10 +137,12 @@ public:
     /// Whether a model can be asked now. May look for files.
     [[nodiscard]] Readiness readiness(const ModelProfile& model) const;
 
-    /// The models that a press of the run button would ask: chosen, ready, of the family of the draft's kind, in list order.
+    /// The models that a press of the run button would ask: chosen, ready, of the family of the draft's kind,
+    /// in list order.
     [[nodiscard]] std::vector<ModelProfile> selectedModels() const;
 
-    /// Categories without a parent, and the direct children of one, by `sortIndex`; ties in the order of the library.
+    /// Categories without a parent, and the direct children of one, by `sortIndex`; ties in the order of the
+    /// library.
     [[nodiscard]] std::vector<Category> roots() const;
     [[nodiscard]] std::vector<Category> children(const UUID& of) const;
 
@@ -206,8 +214,10 @@ private:
     // Ask.cpp
     bool draftIsComplete();
     std::vector<Job> insertAnswers(const QuorlRun& run, const std::vector<ModelProfile>& models);
-    void start(DecisionRequest request, ModelSecret secret,
-               std::function<void(AppModel&, const DecisionOutcome&)> finished);
+    using Finished = std::function<void(AppModel&, const DecisionOutcome&)>;
+    // Asks on a worker thread and hands the outcome to `finished` on the main thread, unless the model is
+    // gone by then.
+    void start(DecisionRequest request, ModelSecret secret, Finished finished);
     void finish(const UUID& answerID, const DecisionOutcome& outcome);
 
     // Batches.cpp
@@ -216,7 +226,8 @@ private:
 
     // Categories.cpp
     UUID findOrCreateCategory(std::string_view name, const std::optional<UUID>& parentID);
-    [[nodiscard]] const Category* findSibling(std::string_view name, const std::optional<UUID>& parentID) const;
+    [[nodiscard]] const Category* findSibling(std::string_view name,
+                                              const std::optional<UUID>& parentID) const;
     [[nodiscard]] Category makeCategory(std::string_view name, const std::optional<UUID>& parentID) const;
 
     // Deletion.cpp
@@ -227,7 +238,13 @@ private:
 
     // Runs a write to the library; its failure becomes the alert.
     template <class Write>
-    void alertOnFailure(Write write);
+    void alertOnFailure(Write write) {
+        try {
+            write();
+        } catch (const StoreError& error) {
+            alertMessage = error.message();
+        }
+    }
 
     Platform& platform;
     const DecisionRouter& router;
@@ -235,7 +252,8 @@ private:
     const std::filesystem::path directory; // the library's folder
     std::unique_ptr<QuorlStore> store;
     SecretStore secrets;
-    const std::shared_ptr<AppModel*> alive; // shared with work that outlives the model; emptied when the model goes
+    const std::shared_ptr<AppModel*>
+        alive; // shared with work that outlives the model; emptied when the model goes
 };
 
 } // namespace quorl

@@ -14,9 +14,9 @@ namespace quorl {
 
 class QuorlStore;
 
-// The mirrors of the six tables, which are the working state of the program, with the indices that keep every look-up cheap.
-// Changing a mirror changes memory only; writing it to the file is the caller's. Each change that makes a difference is
-// notified, with the run's id for runs and answers. Thread: main. Failures: none.
+// The mirrors of the six tables, which are the working state of the program, with the indices that keep every
+// look-up cheap. Changing a mirror changes memory only; writing it to the file is the caller's. Each change
+// that makes a difference is notified, with the run's id for runs and answers. Thread: main. Failures: none.
 class Library {
 public:
     explicit Library(Observers& observers);
@@ -63,8 +63,9 @@ public:
     [[nodiscard]] const DatasetExample* findExample(const UUID& id) const;
     void removeExample(const UUID& id);
 
-    /// Leaves exactly what reading the six tables would: a load that fails keeps models and categories and empties the others.
-    /// Rows that neither this program nor another has touched since the last reload are not read again.
+    /// Leaves exactly what reading the six tables would: a load that fails keeps models and categories and
+    /// empties the others. Rows that neither this program nor another has touched since the last reload are
+    /// not read again.
     void reload(QuorlStore& store);
 
 private:

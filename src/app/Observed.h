@@ -55,10 +55,12 @@ enum class AppField {
 
 struct AppChange {
     AppField field;
-    std::optional<UUID> id; // the run whose row or answers changed; absent where the whole field may have changed
+    std::optional<UUID>
+        id; // the run whose row or answers changed; absent where the whole field may have changed
 };
 
-// Whom to tell of a change. Thread: main; observers run inside the write and must not subscribe or write there.
+// Whom to tell of a change. Thread: main; observers run inside the write and must not subscribe or write
+// there.
 class Observers {
 public:
     using Observer = std::function<void(const AppChange&)>;
@@ -70,7 +72,7 @@ public:
 
     private:
         friend class Observers;
-        explicit Subscription(std::shared_ptr<Observer> observer) : observer(std::move(observer)) {}
+        explicit Subscription(std::shared_ptr<Observer> kept) : observer(std::move(kept)) {}
         std::shared_ptr<Observer> observer;
     };
 
@@ -97,8 +99,8 @@ private:
 template <class Value>
 class Observed {
 public:
-    Observed(Observers& observers, AppField field, Value initial = {})
-        : observers(observers), field(field), value(std::move(initial)) {}
+    Observed(Observers& toTell, AppField name, Value initial = {})
+        : observers(toTell), field(name), value(std::move(initial)) {}
 
     Observed(const Observed&) = delete;
     Observed& operator=(const Observed&) = delete;
@@ -124,7 +126,7 @@ private:
 template <class Value>
 class ObservedMap {
 public:
-    ObservedMap(Observers& observers, AppField field) : observers(observers), field(field) {}
+    ObservedMap(Observers& toTell, AppField name) : observers(toTell), field(name) {}
 
     ObservedMap(const ObservedMap&) = delete;
     ObservedMap& operator=(const ObservedMap&) = delete;

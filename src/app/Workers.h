@@ -2,13 +2,14 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <mutex>
 
 namespace quorl {
 
-// The threads that ask models: each piece of work gets a thread of its own at once, without limit, and ends by itself.
-// Thread: any.
+// The threads that ask models: each piece of work gets a thread of its own at once, without limit, and ends
+// by itself. Thread: any.
 class Workers {
 public:
     Workers() = default;
@@ -21,9 +22,12 @@ public:
     void start(std::function<void()> work);
 
 private:
+    void drain();
+
     std::mutex lock;
     std::condition_variable idle;
-    std::size_t running = 0; // guarded by `lock`
+    std::deque<std::function<void()>> waiting; // guarded by `lock`
+    std::size_t running = 0;                   // threads; guarded by `lock`
 };
 
 } // namespace quorl
