@@ -11,7 +11,9 @@ template <class Value>
 class [[nodiscard]] Attempt {
 public:
     static Attempt success(Value value) { return Attempt(std::in_place_index<0>, std::move(value)); }
-    static Attempt failure(std::string message) { return Attempt(std::in_place_index<1>, std::move(message)); }
+    static Attempt failure(std::string message) {
+        return Attempt(std::in_place_index<1>, std::move(message));
+    }
 
     explicit operator bool() const { return state.index() == 0; }
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-// How latency, cost, counts and dates are shown. Always with a full stop as decimal mark, whatever the locale.
-// Thread: any. Failures: none.
+// How latency, cost, counts and dates are shown. Always with a full stop as decimal mark, whatever the
+// locale. Thread: any. Failures: none.
 namespace quorl::Format {
 
 /// "999 ms", from a second up "1.0 s".
@@ -23,7 +23,8 @@ namespace quorl::Format {
 [[nodiscard]] std::string tokens(std::optional<std::int64_t> input, std::optional<std::int64_t> output,
                                  bool estimated);
 
-/// "Just now" within a minute of `now` on either side, else the user's locale's abbreviated relative date ("3 hr. ago").
+/// "Just now" within a minute of `now` on either side, else the user's locale's abbreviated relative date ("3
+/// hr. ago").
 [[nodiscard]] std::string when(Date date, Date now);
 
 } // namespace quorl::Format

@@ -8,7 +8,8 @@ namespace quorl::Json {
 
 namespace {
 
-// Counted on the text before it is parsed: the parser itself does not recurse, but what walks its result does.
+// Counted on the text before it is parsed: the parser itself does not recurse, but what walks its result
+// does.
 bool isNestedTooDeep(std::string_view text) {
     std::size_t depth = 0;
     bool inString = false;

@@ -7,12 +7,14 @@
 #include <string>
 #include <string_view>
 
-// Reading and writing JSON (RFC 8259). A document that is nested deeper than `maximumDepth`, or that holds bytes that are not
-// UTF-8, is not JSON. Reading is tolerant: look-ups are optional, and a value of another type is a missing one.
-// Thread: any. Failures: an empty result; no exception of the JSON library leaves this file.
+// Reading and writing JSON (RFC 8259). A document that is nested deeper than `maximumDepth`, or that holds
+// bytes that are not UTF-8, is not JSON. Reading is tolerant: look-ups are optional, and a value of another
+// type is a missing one. Thread: any. Failures: an empty result; no exception of the JSON library leaves this
+// file.
 namespace quorl::Json {
 
-/// An object's keys are kept in ascending order of their bytes; of a key that stands twice the last value counts.
+/// An object's keys are kept in ascending order of their bytes; of a key that stands twice the last value
+/// counts.
 using Value = nlohmann::json;
 
 inline constexpr std::size_t maximumDepth = 512;
@@ -25,8 +27,8 @@ inline constexpr std::size_t maximumDepth = 512;
 enum class Layout { compact, pretty };
 enum class Slash { bare, escaped };
 
-/// Keys sorted; pretty is indented by two blanks. Nothing if a text in the value is not UTF-8, a number is not finite, or the
-/// nesting is too deep to be read again.
+/// Keys sorted; pretty is indented by two blanks. Nothing if a text in the value is not UTF-8, a number is
+/// not finite, or the nesting is too deep to be read again.
 [[nodiscard]] std::optional<std::string> write(const Value& value, Layout layout = Layout::compact,
                                                Slash slash = Slash::bare);
 
@@ -46,7 +48,8 @@ enum class Slash { bare, escaped };
 /// A bool is no number, and a number no bool.
 [[nodiscard]] std::optional<bool> boolean(const Value* value);
 
-/// A whole number; one written with a fraction of zero (5.0) counts, one that 64 signed bits cannot hold does not.
+/// A whole number; one written with a fraction of zero (5.0) counts, one that 64 signed bits cannot hold does
+/// not.
 [[nodiscard]] std::optional<std::int64_t> wholeNumber(const Value* value);
 
 [[nodiscard]] std::optional<double> number(const Value* value);

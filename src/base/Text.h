@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-// What depends on Unicode's characters, on UTF-8 text, by way of ICU. A "character" is a grapheme cluster (UAX #29), white
-// space is Unicode's property White_Space, new lines included. Bytes that are not UTF-8 count as U+FFFD where a character is
-// looked at and are otherwise passed on as they are.
-// Thread: any. Failures: none.
+// What depends on Unicode's characters, on UTF-8 text, by way of ICU. A "character" is a grapheme cluster
+// (UAX #29), white space is Unicode's property White_Space, new lines included. Bytes that are not UTF-8
+// count as U+FFFD where a character is looked at and are otherwise passed on as they are. Thread: any.
+// Failures: none.
 namespace quorl::Text {
 
 [[nodiscard]] bool isUTF8(std::string_view bytes);

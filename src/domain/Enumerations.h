@@ -4,12 +4,12 @@
 #include <optional>
 #include <string_view>
 
-// The enumerations of the domain. Their raw strings are what the library, the user defaults and the API hold; `…From` answers
-// nothing for a string that is none of them. Thread: any.
+// The enumerations of the domain. Their raw strings are what the library, the user defaults and the API hold;
+// `…From` answers nothing for a string that is none of them. Thread: any.
 namespace quorl {
 
-// How a model is reached. The first four are the decision family, the other six the generation family. The order is that of
-// every list and picker.
+// How a model is reached. The first four are the decision family, the other six the generation family. The
+// order is that of every list and picker.
 enum class ProviderKind {
     zun,
     nuvel,
@@ -24,9 +24,15 @@ enum class ProviderKind {
 };
 
 inline constexpr std::array allProviderKinds{
-    ProviderKind::zun,           ProviderKind::nuvel,      ProviderKind::openAIDecisions,
-    ProviderKind::veritor,       ProviderKind::openAI,     ProviderKind::anthropic,
-    ProviderKind::amazonBedrock, ProviderKind::openAICompatible, ProviderKind::claudeCode,
+    ProviderKind::zun,
+    ProviderKind::nuvel,
+    ProviderKind::openAIDecisions,
+    ProviderKind::veritor,
+    ProviderKind::openAI,
+    ProviderKind::anthropic,
+    ProviderKind::amazonBedrock,
+    ProviderKind::openAICompatible,
+    ProviderKind::claudeCode,
     ProviderKind::codex,
 };
 

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-// The records that every part of the program passes around: plain values, compared field by field, known by their `id`.
-// A text is never null; "nothing" in a text that is not optional is the empty text. Thread: any.
+// The records that every part of the program passes around: plain values, compared field by field, known by
+// their `id`. A text is never null; "nothing" in a text that is not optional is the empty text. Thread: any.
 namespace quorl {
 
 // One configured model.
@@ -17,9 +17,9 @@ struct ModelProfile {
     UUID id;
     std::string name;
     ProviderKind provider = ProviderKind::openAI;
-    std::string modelIdentifier; // the provider's id of the model; may be empty where the kind allows it
-    std::string endpoint;        // base URL, or the region of `amazonBedrock`; may be empty
-    std::string executablePath;  // the local tool; empty until one is set or found
+    std::string modelIdentifier;      // the provider's id of the model; may be empty where the kind allows it
+    std::string endpoint;             // base URL, or the region of `amazonBedrock`; may be empty
+    std::string executablePath;       // the local tool; empty until one is set or found
     double inputPricePerMillion = 0;  // US dollars per million tokens
     double outputPricePerMillion = 0; // US dollars per million tokens
     std::int64_t maxOutputTokens = 0;
@@ -49,7 +49,8 @@ struct QuorlRun {
     std::optional<UUID> categoryID;
     ScoringMode scoringMode = ScoringMode::binary;
     Date createdAt{};
-    std::string questionsJSON; // the typed questions as `Veritor::archive` writes them; empty for a generation run
+    std::string
+        questionsJSON; // the typed questions as `Veritor::archive` writes them; empty for a generation run
     std::optional<UUID> batchID;
     RunOrigin origin = RunOrigin::app;
 
@@ -68,7 +69,8 @@ struct QuorlBatch {
     bool operator==(const QuorlBatch&) const = default;
 };
 
-// What one model did in one run. Made in state `running` before the request is sent, rewritten when the outcome arrives.
+// What one model did in one run. Made in state `running` before the request is sent, rewritten when the
+// outcome arrives.
 struct ModelAnswer {
     UUID id;
     UUID runID;

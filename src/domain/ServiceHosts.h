@@ -25,7 +25,8 @@ namespace quorl::ServiceHosts {
 inline constexpr std::string_view decisionAPI = QUORL_DECISION_API_URL; // base URL of the hosted decision API
 inline constexpr std::string_view openAIAPI = QUORL_OPENAI_API_URL;     // base URL, ends in "/v1"
 inline constexpr std::string_view anthropicAPI = QUORL_ANTHROPIC_API_URL;
-inline constexpr std::string_view nuvelAPIHost = QUORL_NUVEL_API_HOST;     // the hosted Nuvel API, host name alone
+inline constexpr std::string_view nuvelAPIHost =
+    QUORL_NUVEL_API_HOST; // the hosted Nuvel API, host name alone
 inline constexpr std::string_view formerNuvelURL = QUORL_NUVEL_FORMER_URL; // a hosted service that is no more
 
 } // namespace quorl::ServiceHosts

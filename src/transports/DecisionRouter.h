@@ -14,8 +14,8 @@ class HTTPSession;
 // Thread: any number of calls at once, each blocking its own thread. Failures: in `errorMessage`, one sentence; never throws.
 class DecisionRouter {
 public:
-    /// `session` is borrowed and must outlive every call.
-    explicit DecisionRouter(HTTPSession& session) : session(session) {}
+    /// `httpSession` is borrowed and must outlive every call.
+    explicit DecisionRouter(HTTPSession& httpSession) : session(httpSession) {}
 
     /// `scratch` is the working directory of command-line tools.
     [[nodiscard]] DecisionOutcome complete(const DecisionRequest& request, const ModelSecret& secret,
