@@ -18,6 +18,9 @@ namespace quorl::ServiceHosts {
 #ifndef QUORL_NUVEL_API_HOST
 #define QUORL_NUVEL_API_HOST "api.nuvel.example"
 #endif
+#ifndef QUORL_NUVEL_DOMAIN
+#define QUORL_NUVEL_DOMAIN "nuvel.example"
+#endif
 #ifndef QUORL_NUVEL_FORMER_URL
 #define QUORL_NUVEL_FORMER_URL "https://serve.nuvel.example"
 #endif
@@ -27,6 +30,7 @@ inline constexpr std::string_view openAIAPI = QUORL_OPENAI_API_URL;     // base 
 inline constexpr std::string_view anthropicAPI = QUORL_ANTHROPIC_API_URL;
 inline constexpr std::string_view nuvelAPIHost =
     QUORL_NUVEL_API_HOST; // the hosted Nuvel API, host name alone
+inline constexpr std::string_view nuvelDomain = QUORL_NUVEL_DOMAIN;        // the domain that host lies in
 inline constexpr std::string_view formerNuvelURL = QUORL_NUVEL_FORMER_URL; // a hosted service that is no more
 
 } // namespace quorl::ServiceHosts
