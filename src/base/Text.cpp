@@ -37,10 +37,11 @@ UChar32 previousCodePoint(std::string_view text, std::int32_t& offset) {
 CharacterClass classOf(UChar32 code) {
     if (u_isUWhiteSpace(code))
         return CharacterClass::whiteSpace;
-    if (u_hasBinaryProperty(code, UCHAR_ALPHABETIC) || (U_GET_GC_MASK(code) & U_GC_L_MASK) != 0)
-        return CharacterClass::letter;
+    // Numbers first: Roman numerals are alphabetic too.
     if ((U_GET_GC_MASK(code) & U_GC_N_MASK) != 0)
         return CharacterClass::number;
+    if (u_hasBinaryProperty(code, UCHAR_ALPHABETIC) || (U_GET_GC_MASK(code) & U_GC_L_MASK) != 0)
+        return CharacterClass::letter;
     return CharacterClass::other;
 }
 

@@ -4,6 +4,7 @@
 #include "decision/DecisionQuestion.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,7 +33,14 @@ inline constexpr std::size_t maximumBulkQuestions = 200;
 /// The questions of a stored form; none if anything in it is unreadable.
 [[nodiscard]] std::vector<DecisionQuestion> restore(std::string_view text);
 
-/// The wire form: an object that maps each question's key to its "type", "instructions" and "criteria". Sorted, compact.
+/// The key under which a question is sent and answered: a slug of its name or else of its instructions, made unlike those in
+/// `used`, to which it is added. Keys depend on the order, so one pass over a set of questions uses one `used`.
+[[nodiscard]] std::string questionKey(const DecisionQuestion& question, std::set<std::string>& used);
+
+/// The wire form: an object that maps each question's key to its "type", "instructions" and "criteria".
+[[nodiscard]] Json::Value wireMap(const std::vector<DecisionQuestion>& questions);
+
+/// The wire form as text, sorted and compact. Nothing if a text is not UTF-8.
 [[nodiscard]] std::optional<std::string> wireJSON(const std::vector<DecisionQuestion>& questions);
 
 /// The questions of a wire form, in ascending order of their keys; nothing if any part is unacceptable. How many and how unlike
