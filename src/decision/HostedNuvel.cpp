@@ -13,8 +13,8 @@ constexpr std::string_view digits = "0123456789";
 constexpr std::string_view schemeCharacters =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-.";
 
-// The host of an absolute URL (RFC 3986, section 3); nothing for a text that is none. An IPv6 host comes back
-// as "[" alone, which is enough to tell that it is not a name.
+// The host name of an absolute URL (RFC 3986, section 3); nothing for a text that is none or that holds an
+// IPv6 address in the name's place.
 std::optional<std::string_view> findHost(std::string_view url) {
     const std::size_t schemeEnd = url.find("://");
     if (schemeEnd == 0 || schemeEnd == std::string_view::npos)
@@ -29,7 +29,7 @@ std::optional<std::string_view> findHost(std::string_view url) {
     if (const std::size_t colon = host.find(':'); colon != std::string_view::npos) {
         const std::string_view port = host.substr(colon + 1);
         host = host.substr(0, colon);
-        if (host != "[" && port.find_first_not_of(digits) != std::string_view::npos)
+        if (port.find_first_not_of(digits) != std::string_view::npos)
             return std::nullopt;
     }
     return host.empty() ? std::nullopt : std::optional(host);

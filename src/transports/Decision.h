@@ -22,7 +22,7 @@ struct DecisionRequest {
 
 // What a transport gives back.
 struct RawDecision {
-    std::string text; // the answer as it is stored
+    std::string text;                         // the answer as it is stored
     std::optional<std::int64_t> inputTokens;  // as the provider reported
     std::optional<std::int64_t> outputTokens; // as the provider reported
     bool tokensEstimated = false;

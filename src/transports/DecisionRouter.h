@@ -9,9 +9,10 @@ namespace quorl {
 
 class HTTPSession;
 
-// The one door through which any question reaches any model: checks that the model can be asked, picks the transport of its
-// provider, measures, fills in the counts that the provider left out, prices the call.
-// Thread: any number of calls at once, each blocking its own thread. Failures: in `errorMessage`, one sentence; never throws.
+// The one door through which any question reaches any model: checks that the model can be asked, picks the
+// transport of its provider, measures, fills in the counts that the provider left out, prices the call.
+// Thread: any number of calls at once, each blocking its own thread. Failures: in `errorMessage`, one
+// sentence; never throws.
 class DecisionRouter {
 public:
     /// `httpSession` is borrowed and must outlive every call.

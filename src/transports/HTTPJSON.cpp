@@ -1,1 +1,56 @@
 #include "transports/HTTPJSON.h"
+
+#include "base/Text.h"
+
+#include <cmath>
+
+namespace quorl::HTTPJSON {
+
+namespace {
+
+constexpr std::size_t quotedCharacters = 300;
+
+// Shorter texts stand in the key field of servers that ask for none ("none", "ollama") and in ordinary words.
+constexpr std::size_t shortestKey = 8;
+
+std::string withoutKey(std::string text, std::string_view key) {
+    constexpr std::string_view replacement = "[API key]";
+    if (key.size() < shortestKey)
+        return text;
+    for (std::size_t at = text.find(key); at != std::string::npos;
+         at = text.find(key, at + replacement.size()))
+        text.replace(at, key.size(), replacement);
+    return text;
+}
+
+const std::string* findMessage(const Json::Value& reply) {
+    if (const std::string* const inner =
+            Json::text(Json::find(Json::object(Json::find(reply, "error")), "message")))
+        return inner;
+    return Json::text(Json::find(reply, "message"));
+}
+
+} // namespace
+
+std::string failure(std::string_view body, int status, std::string_view key) {
+    const std::string prefix = "HTTP " + std::to_string(status);
+    const auto reply = Json::parseObject(body);
+    if (const std::string* const message = reply ? findMessage(*reply) : nullptr)
+        return prefix + ": " + withoutKey(*message, key);
+    // The key goes before the cut, which could leave a part of it.
+    const std::string text = Text::isUTF8(body) ? withoutKey(std::string(Text::trimmed(body)), key) : "";
+    return text.empty() ? prefix : prefix + ": " + std::string(Text::firstCharacters(text, quotedCharacters));
+}
+
+std::optional<std::int64_t> count(const Json::Value* value) {
+    if (const auto whole = Json::wholeNumber(value))
+        return whole;
+    const auto number = Json::number(value);
+    // 2^63, the first double above what 64 bits hold; a count beyond them is none.
+    constexpr double limit = 9223372036854775808.0;
+    if (!number || !(std::abs(*number) < limit))
+        return std::nullopt;
+    return static_cast<std::int64_t>(*number);
+}
+
+} // namespace quorl::HTTPJSON

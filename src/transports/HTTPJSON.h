@@ -10,10 +10,13 @@
 // What the transports over HTTP share in reading a reply. Thread: any.
 namespace quorl::HTTPJSON {
 
-/// The sentence for a reply whose status is outside 200 to 299: the server's own message where the body has one.
-[[nodiscard]] std::string failure(std::string_view body, int status);
+/// The sentence for a reply whose status is outside 200 to 299: the server's own message where the body has
+/// one. A server may quote the key that it was sent; wherever `key` stands in its words, the sentence has
+/// "[API key]".
+[[nodiscard]] std::string failure(std::string_view body, int status, std::string_view key = {});
 
-/// A count: an integer, or a fraction cut off toward zero; nothing for a missing value or anything that is no number.
+/// A count: an integer, or a fraction cut off toward zero; nothing for a missing value or anything that is no
+/// number.
 [[nodiscard]] std::optional<std::int64_t> count(const Json::Value* value);
 
 [[nodiscard]] inline bool isSuccess(int status) {
