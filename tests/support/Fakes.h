@@ -41,7 +41,8 @@ public:
         delayed.emplace(now + delay, std::move(work));
     }
 
-    /// Runs what has been posted until `isDone`, waiting for more at most until the deadline. Answers `isDone`.
+    /// Runs what has been posted until `isDone`, waiting for more at most until the deadline. Answers
+    /// `isDone`.
     template <class Condition>
     bool runUntil(Condition isDone, std::chrono::seconds deadline = std::chrono::seconds(60)) {
         const auto end = std::chrono::steady_clock::now() + deadline;
@@ -95,9 +96,7 @@ public:
     [[nodiscard]] std::optional<std::string> string(std::string_view key) const override {
         return get<std::string>(key);
     }
-    [[nodiscard]] bool boolean(std::string_view key) const override {
-        return get<bool>(key).value_or(false);
-    }
+    [[nodiscard]] bool boolean(std::string_view key) const override { return get<bool>(key).value_or(false); }
     [[nodiscard]] std::optional<std::string> bytes(std::string_view key) const override {
         const auto value = get<std::pair<std::string, char>>(key);
         return value ? std::optional(value->first) : std::nullopt;
