@@ -1,0 +1,185 @@
+#include "platform/linux/SecretServiceKeychain.h"
+
+#include "platform/linux/BoundedCall.h"
+
+#include <condition_variable>
+#include <mutex>
+
+#include <libsecret/secret.h>
+
+namespace quorl {
+
+namespace {
+
+// Items count by their two attributes alone, whatever program wrote them under whatever schema.
+const SecretSchema* schema() {
+    static const SecretSchema ours = [] {
+        SecretSchema named{};
+        named.name = "com.quorltest.app";
+        named.flags = SECRET_SCHEMA_DONT_MATCH_NAME;
+        named.attributes[0] = {"service", SECRET_SCHEMA_ATTRIBUTE_STRING};
+        named.attributes[1] = {"account", SECRET_SCHEMA_ATTRIBUTE_STRING};
+        return named;
+    }();
+    return &ours;
+}
+
+struct Release {
+    void operator()(SecretService* service) const { g_object_unref(service); }
+    void operator()(SecretValue* value) const { secret_value_unref(value); }
+    void operator()(GHashTable* table) const { g_hash_table_unref(table); }
+    void operator()(GMainContext* context) const {
+        g_main_context_pop_thread_default(context);
+        g_main_context_unref(context);
+    }
+    void operator()(GList* items) const { g_list_free_full(items, g_object_unref); }
+};
+
+template <class Type>
+using Owned = std::unique_ptr<Type, Release>;
+
+// One connection to the service, for one call: libsecret's shared one would send its signals to whichever
+// thread came first.
+class Session {
+public:
+    Session(const std::string& service, const std::string& account, GCancellable* cancel)
+        : context(g_main_context_new()),
+          attributes(g_hash_table_new_full(g_str_hash, g_str_equal, nullptr, g_free)), cancellable(cancel) {
+        g_main_context_push_thread_default(context.get());
+        g_hash_table_insert(attributes.get(), const_cast<char*>("service"), g_strdup(service.c_str()));
+        g_hash_table_insert(attributes.get(), const_cast<char*>("account"), g_strdup(account.c_str()));
+        connection.reset(secret_service_open_sync(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_OPEN_SESSION,
+                                                  cancellable, nullptr));
+    }
+
+    explicit operator bool() const { return connection != nullptr; }
+
+    Owned<GList> search(int flags, GError** error = nullptr) {
+        return Owned<GList>(secret_service_search_sync(connection.get(), schema(), attributes.get(),
+                                                       static_cast<SecretSearchFlags>(flags), cancellable,
+                                                       error));
+    }
+
+    void store(const char* label, const std::string& bytes) {
+        const Owned<SecretValue> value(
+            secret_value_new(bytes.data(), static_cast<gssize>(bytes.size()), "text/plain"));
+        secret_service_store_sync(connection.get(), schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                                  label, value.get(), cancellable, nullptr);
+    }
+
+    void clear() {
+        secret_service_clear_sync(connection.get(), schema(), attributes.get(), cancellable, nullptr);
+    }
+
+private:
+    Owned<GMainContext> context; // outlives what was made in it
+    Owned<GHashTable> attributes;
+    GCancellable* cancellable;
+    Owned<SecretService> connection;
+};
+
+} // namespace
+
+struct SecretServiceKeychain::State {
+    explicit State(std::chrono::milliseconds perCall) : patience(perCall) {}
+
+    const std::chrono::milliseconds patience;
+    // One call at a time: of several at once each would ask its user to unlock the same collection.
+    std::mutex lock;
+    std::condition_variable ended;
+    bool isBusy = false;      // guarded by `lock`
+    bool isAbandoned = false; // guarded by `lock`; the call under way has outlasted its patience
+    bool mayAsk = true;       // guarded by `isBusy`
+
+    // The result of `work`, or nothing where the service is silent.
+    template <class Result>
+    static std::optional<Result> call(const std::shared_ptr<State>& state,
+                                      std::function<Result(GCancellable*)> work);
+
+    std::optional<std::string> copy(Session& session);
+};
+
+template <class Result>
+std::optional<Result> SecretServiceKeychain::State::call(const std::shared_ptr<State>& state,
+                                                         std::function<Result(GCancellable*)> work) {
+    std::unique_lock guard(state->lock);
+    state->ended.wait(guard, [&] { return !state->isBusy || state->isAbandoned; });
+    if (state->isBusy)
+        return std::nullopt;
+    state->isBusy = true;
+    guard.unlock();
+    auto result =
+        callWithin<Result>(state->patience, [state, work = std::move(work)](GCancellable* cancellable) {
+            auto answer = work(cancellable);
+            const std::lock_guard ending(state->lock);
+            state->isBusy = state->isAbandoned = false;
+            state->ended.notify_all();
+            return answer;
+        });
+    guard.lock();
+    if (!result)
+        state->isAbandoned = state->isBusy;
+    state->ended.notify_all();
+    return result;
+}
+
+std::optional<std::string> SecretServiceKeychain::State::copy(Session& session) {
+    GError* error = nullptr;
+    const auto items = session.search(
+        SECRET_SEARCH_LOAD_SECRETS | (mayAsk ? SECRET_SEARCH_UNLOCK : SECRET_SEARCH_NONE), &error);
+    if (error) {
+        g_error_free(error);
+        mayAsk = false;
+        return std::nullopt;
+    }
+    if (!items)
+        return std::nullopt;
+    const Owned<SecretValue> value(secret_item_get_secret(SECRET_ITEM(items->data)));
+    if (!value) {
+        mayAsk = false;
+        return std::nullopt;
+    }
+    gsize length = 0;
+    const char* bytes = secret_value_get(value.get(), &length);
+    return std::string(bytes, length);
+}
+
+SecretServiceKeychain::SecretServiceKeychain(std::chrono::milliseconds patience)
+    : state(std::make_shared<State>(patience)) {}
+
+SecretServiceKeychain::~SecretServiceKeychain() = default;
+
+std::optional<std::string> SecretServiceKeychain::copy(const std::string& service,
+                                                       const std::string& account) {
+    using Bytes = std::optional<std::string>;
+    return State::call<Bytes>(state,
+                              [state = state, service, account](GCancellable* cancellable) -> Bytes {
+                                  Session session(service, account, cancellable);
+                                  return session ? state->copy(session) : std::nullopt;
+                              })
+        .value_or(std::nullopt);
+}
+
+void SecretServiceKeychain::add(const std::string& service, const std::string& account,
+                                const std::string& bytes) {
+    State::call<bool>(state, [service, account, bytes](GCancellable* cancellable) {
+        Session session(service, account, cancellable);
+        if (session && !session.search(SECRET_SEARCH_NONE))
+            session.store(("Quorl: credentials of the model " + account).c_str(), bytes);
+        return true;
+    });
+}
+
+void SecretServiceKeychain::remove(const std::string& service, const std::string& account) {
+    State::call<bool>(state, [service, account](GCancellable* cancellable) {
+        Session session(service, account, cancellable);
+        if (session) {
+            // Clearing passes over what is locked.
+            static_cast<void>(session.search(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK));
+            session.clear();
+        }
+        return true;
+    });
+}
+
+} // namespace quorl
