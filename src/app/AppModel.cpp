@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "decision/HostedNuvel.h"
+#include "store/QuorlStore.h"
 #include "store/SupportPaths.h"
 #include "transports/NuvelLocal.h"
 

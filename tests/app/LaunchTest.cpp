@@ -157,8 +157,9 @@ TEST_F(LaunchTest, TheClaudeNoteIsMendedOnlyWhereItHasTheOldPhrase) {
 }
 
 TEST_F(LaunchTest, NuvelMovesOffItsFormerHostedDefault) {
-    for (const std::string endpoint : {" https://" + std::string(ServiceHosts::nuvelAPIHost) + "/v1 ",
-                                       "\n" + std::string(ServiceHosts::formerNuvelURL)}) {
+    for (const std::string& endpoint :
+         std::vector<std::string>{" https://" + std::string(ServiceHosts::nuvelAPIHost) + "/v1 ",
+                                  "\n" + std::string(ServiceHosts::formerNuvelURL)}) {
         ModelProfile nuvel = Seed::preset(ProviderKind::nuvel, 1, Seed::nuvel());
         nuvel.endpoint = endpoint;
         nuvel.modelIdentifier = "old";
