@@ -16,9 +16,9 @@ namespace quorl::sample {
 // What a model is asked, whatever the format that it came in.
 struct Question {
     std::string modelIdentifier;
-    std::string systemPrompt; // empty where none was sent
-    std::string prompt;
-    std::vector<std::string> parameters; // the names of all that was sent beside
+    std::string systemPrompt = {}; // empty where none was sent
+    std::string prompt = {};
+    std::vector<std::string> parameters = {}; // the names of all that was sent beside
 };
 
 // What a model answers, whatever the format that it goes out in.

@@ -36,10 +36,10 @@ struct Drip {
 };
 
 struct Reply {
-    std::vector<Piece> pieces; // the status line, the headers and the body
+    std::vector<Piece> pieces = {}; // the status line, the headers and the body
     Ending ending = Ending::keepOpen;
     std::chrono::milliseconds delay{0}; // before the first byte
-    std::optional<Drip> drip;
+    std::optional<Drip> drip = std::nullopt;
 };
 
 /// A well-formed reply with its length; "Content-Type: application/json" unless `headers` has another.

@@ -15,6 +15,8 @@ struct Header {
     bool operator==(const Header&) const = default;
 };
 
+[[nodiscard]] bool sameHeaderName(std::string_view left, std::string_view right);
+
 // One request as it came in. Thread: any.
 struct Request {
     std::string method;

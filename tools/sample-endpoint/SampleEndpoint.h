@@ -2,9 +2,11 @@
 
 #include "sample-endpoint/Fault.h"
 #include "sample-endpoint/Format.h"
+#include "sample-endpoint/Journal.h"
 #include "sample-endpoint/OpenAIChat.h"
 #include "sample-endpoint/Reply.h"
 #include "sample-endpoint/Request.h"
+#include "sample-endpoint/Script.h"
 
 #include <chrono>
 #include <cstddef>
@@ -13,21 +15,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace quorl::sample {
 
-// What a model is told to answer: a completion, in the format of the request, or the very bytes.
-using Answer = std::variant<Completion, Reply>;
-
-// In place of a model's id: all models that have been told nothing of their own.
-inline constexpr std::string_view everyModel = "*";
-
 enum class Security { none, selfSignedTLS };
-
-// Whether `requests` keeps what came in. Off, the endpoint may run for days.
-enum class Record { keep, drop };
 
 struct EndpointOptions {
     std::uint16_t port = 0; // 0 is any free one
@@ -37,9 +29,9 @@ struct EndpointOptions {
 };
 
 // A provider of models on 127.0.0.1, for tests, benchmarks and the demo. It shares no code with the
-// transports that it checks. A model that has been told nothing answers as `SampleAnswers` has it: the demo's
-// models after a believable time, all others at once. Thread: any; it serves on a thread of its own, which
-// ends with the object. Failures: throws std::system_error if it cannot listen.
+// transports that it checks. A model that has been told nothing answers as `SampleAnswers` has it. Thread:
+// any; it serves on a thread of its own, which ends with the object. Failures: throws std::system_error if it
+// cannot listen.
 class SampleEndpoint {
 public:
     explicit SampleEndpoint(EndpointOptions options = {});
