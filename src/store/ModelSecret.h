@@ -15,8 +15,8 @@ struct ModelSecret {
     std::string awsSecretKey;
     std::string awsSessionToken; // empty when not used
 
-    /// Whether the filled fields are enough for a kind. `nuvel` and `veritor` answer as if a key were always needed; whether
-    /// one is needed at all is for the caller to know.
+    /// Whether the filled fields are enough for a kind. `nuvel` and `veritor` answer as if a key were always
+    /// needed; whether one is needed at all is for the caller to know.
     [[nodiscard]] bool satisfies(ProviderKind kind) const;
 
     /// A JSON object of the four fields, an empty one included; nothing if a field is not UTF-8.

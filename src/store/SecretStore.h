@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/ThreadSafety.h"
 #include "base/UUID.h"
 #include "store/ModelSecret.h"
 
-#include <mutex>
 #include <string>
 #include <unordered_map>
 
@@ -11,13 +11,14 @@ namespace quorl {
 
 class Keychain;
 
-// The credentials of the models: one keychain item per model, under the model's id, and a copy in memory, so that the keychain
-// is asked once per model and process. Thread: any. Failures: none is reported; a keychain that is locked, refuses or holds
-// something else looks like a model without credentials, and stays so until the process ends.
+// The credentials of the models: one keychain item per model, under the model's id, and a copy in memory, so
+// that the keychain is asked once per model and process. Thread: any. Failures: none is reported; a keychain
+// that is locked, refuses or holds something else looks like a model without credentials, and stays so until
+// the process ends.
 class SecretStore {
 public:
-    /// `keychain` is borrowed and must outlive the store.
-    SecretStore(Keychain& keychain, std::string service);
+    /// The keychain must outlive the store.
+    SecretStore(Keychain& borrowed, std::string serviceName);
 
     [[nodiscard]] ModelSecret load(const UUID& modelID);
     void save(const UUID& modelID, const ModelSecret& secret);
@@ -26,8 +27,8 @@ public:
 private:
     Keychain& keychain;
     const std::string service;
-    std::mutex lock;
-    std::unordered_map<UUID, ModelSecret> memory; // guarded by `lock`
+    Mutex lock;
+    std::unordered_map<UUID, ModelSecret> memory GUARDED_BY(lock); // never evicted
 };
 
 } // namespace quorl

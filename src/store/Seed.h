@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-// The built-in catalogue: a preset for every kind of provider and the list of models that an empty library starts with.
-// Thread: any. Failures: none.
+// The built-in catalogue: a preset for every kind of provider and the list of models that an empty library
+// starts with. Thread: any. Failures: none.
 namespace quorl::Seed {
 
 // Identifiers of the catalogue's models, the same in every library.
