@@ -5,9 +5,9 @@
 #include <unicode/brkiter.h>
 #include <unicode/ubrk.h>
 #include <unicode/unistr.h>
+#include <unicode/uscript.h>
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <set>
 #include <span>
@@ -25,12 +25,16 @@ using std::chrono::milliseconds;
 constexpr std::size_t quotedCharacters = 280;
 constexpr std::size_t termCount = 5;
 
+struct Word {
+    std::string text;
+    bool carriesMeaning = false; // as far as can be told without its language
+};
+
 // A word of the question that says what it is about.
 struct Term {
     std::string word; // as it stood the first time
     std::size_t uses = 0;
     std::size_t place = 0; // among the words
-    std::size_t weight() const { return uses * 12 + std::min<std::size_t>(word.size(), 24); }
 };
 
 // How a question of this sort is best gone about.
@@ -41,9 +45,14 @@ struct Reading {
     std::size_t words = 0;
     std::size_t sentences = 0;
     std::size_t lines = 0;
-    std::vector<std::string> terms; // in the order in which they come up
+    std::vector<std::string> terms; // in quotation marks, in the order in which they come up
     Approach approach = Approach::fact;
 };
+
+std::string utf8(const icu::UnicodeString& text) {
+    std::string bytes;
+    return text.toUTF8String(bytes);
+}
 
 bool isFiller(const std::string& word) {
     static const std::set<std::string> fillers{
@@ -62,9 +71,22 @@ bool isFiller(const std::string& word) {
     return fillers.contains(word);
 }
 
+// Two letters of an alphabet are grammar more often than not, and so is Japanese that is written in Hiragana
+// alone.
+bool carriesMeaning(const icu::UnicodeString& word, std::int32_t kind) {
+    if (kind >= UBRK_WORD_LETTER && kind < UBRK_WORD_LETTER_LIMIT)
+        return word.countChar32() > 2 && !isFiller(Text::lowercased(utf8(word)));
+    for (std::int32_t place = 0; place < word.length(); place = word.moveIndex32(place, 1)) {
+        UErrorCode status = U_ZERO_ERROR;
+        if (uscript_getScript(word.char32At(place), &status) != USCRIPT_HIRAGANA)
+            return true;
+    }
+    return false;
+}
+
 // The words as Unicode divides text (UAX #29), with ICU's dictionaries for the scripts that are written
 // without blanks.
-std::vector<std::string> wordsOf(const std::string& text) {
+std::vector<Word> wordsOf(const std::string& text) {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::BreakIterator> breaks(
         icu::BreakIterator::createWordInstance(icu::Locale::getRoot(), status));
@@ -73,23 +95,26 @@ std::vector<std::string> wordsOf(const std::string& text) {
     const auto unicode = icu::UnicodeString::fromUTF8(text);
     breaks->setText(unicode);
 
-    std::vector<std::string> words;
+    std::vector<Word> words;
     for (auto start = breaks->first(), end = breaks->next(); end != icu::BreakIterator::DONE;
          start = end, end = breaks->next()) {
-        if (breaks->getRuleStatus() >= UBRK_WORD_NONE_LIMIT)
-            unicode.tempSubStringBetween(start, end).toUTF8String(words.emplace_back());
+        const auto kind = breaks->getRuleStatus();
+        const auto word = unicode.tempSubStringBetween(start, end);
+        if (kind >= UBRK_WORD_NONE_LIMIT) // the rest are blanks and marks
+            words.push_back({utf8(word), carriesMeaning(word, kind)});
     }
     return words;
 }
 
-// The heaviest few, in the order in which the text brings them up.
-std::vector<std::string> keyTerms(std::span<const std::string> words) {
+// The few that come up most, the earlier ones first among equals; in the order in which the text brings them
+// up.
+std::vector<std::string> keyTerms(std::span<const Word> words) {
     std::unordered_map<std::string, Term> found;
     for (std::size_t place = 0; place < words.size(); ++place) {
-        const auto folded = Text::lowercased(words[place]);
-        if (folded.size() < 3 || isFiller(folded))
+        if (!words[place].carriesMeaning)
             continue;
-        auto& term = found.try_emplace(folded, Term{words[place], 0, place}).first->second;
+        const auto& word = words[place].text;
+        auto& term = found.try_emplace(Text::lowercased(word), Term{word, 0, place}).first->second;
         ++term.uses;
     }
 
@@ -97,20 +122,20 @@ std::vector<std::string> keyTerms(std::span<const std::string> words) {
     for (auto& [folded, term] : found)
         terms.push_back(std::move(term));
     std::ranges::sort(terms, [](const Term& left, const Term& right) {
-        return std::pair(right.weight(), left.place) < std::pair(left.weight(), right.place);
+        return std::pair(right.uses, left.place) < std::pair(left.uses, right.place);
     });
     terms.resize(std::min(terms.size(), termCount));
     std::ranges::sort(terms, {}, &Term::place);
 
     std::vector<std::string> result;
     for (auto& term : terms)
-        result.push_back(std::move(term.word));
+        result.push_back("“" + term.word + "”");
     return result;
 }
 
-Approach approachTo(std::span<const std::string> words) {
+Approach approachTo(std::span<const Word> words) {
     for (const auto& word : words) {
-        const auto folded = Text::lowercased(word);
+        const auto folded = Text::lowercased(word.text);
         if (folded == "why" || folded == "cause")
             return Approach::cause;
         if (folded == "how")
@@ -254,7 +279,7 @@ std::string inSteps(const Question&, const Reading& reading) {
     add("Read the " + counted(reading.sentences, "sentence", "sentences") + " (" +
         counted(reading.words, "word", "words") + ") and say back what is wanted.");
     for (const auto& term : reading.terms)
-        add("Settle what “" + term + "” means here.");
+        add("Settle what " + term + " means here.");
     for (const auto& point : outline(reading))
         add(point);
     add("Check the result against the question once more.");
@@ -265,7 +290,7 @@ std::string inSteps(const Question&, const Reading& reading) {
 std::string sceptically(const Question&, const Reading& reading) {
     std::string text = "Sample answer, no model behind it. Before I answer, some questions back:\n\n";
     for (const auto& term : reading.terms)
-        text += "- What exactly counts as “" + term + "”, and what does not?\n";
+        text += "- What exactly counts as " + term + ", and what does not?\n";
     switch (reading.approach) {
     case Approach::cause:
         text += "- Is it certain that there is one cause and not several?\n";
