@@ -68,6 +68,12 @@ public:
         });
     }
 
+    /// Waits until at least `count` pieces of work stand in line.
+    void waitForPosted(std::size_t count) {
+        std::unique_lock guard(lock);
+        arrived.wait(guard, [&] { return posted.size() >= count; });
+    }
+
     /// Moves the loop's own time and runs the delayed work that has come due, in order of time.
     void advance(std::chrono::milliseconds by) {
         now += by;
