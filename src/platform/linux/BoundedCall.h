@@ -11,10 +11,10 @@
 
 namespace quorl {
 
-// Runs `work`, which talks to another process, on a thread of its own and waits for it at most `patience`. It
-// is cancelled then, and if it does not end even so it is left alone: nothing is answered, and what it holds
-// is freed if it ever returns. GLib's cancelling is asked first and not relied upon, since a prompt that
-// never closes does not hear it.
+// Runs `work`, which talks to another process, on a thread of its own and waits for it at most `patience`.
+// Then nothing is answered and the work is cancelled; if it does not end even so it is left alone, and what
+// it holds is freed when it returns. GLib's cancelling is not relied upon, since a prompt that never closes
+// does not hear it.
 template <class Result>
 std::optional<Result> callWithin(std::chrono::milliseconds patience,
                                  std::function<Result(GCancellable*)> work) {
@@ -27,8 +27,7 @@ std::optional<Result> callWithin(std::chrono::milliseconds patience,
     if (result.wait_for(patience) == std::future_status::ready)
         return result.get();
     g_cancellable_cancel(cancellable.get());
-    if (result.wait_for(grace) == std::future_status::ready)
-        return result.get();
+    static_cast<void>(result.wait_for(grace));
     return std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/linux/BoundedCall.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 
@@ -89,9 +90,12 @@ struct SecretServiceKeychain::State {
     std::condition_variable ended;
     bool isBusy = false;      // guarded by `lock`
     bool isAbandoned = false; // guarded by `lock`; the call under way has outlasted its patience
-    bool mayAsk = true;       // guarded by `isBusy`
 
-    // The result of `work`, or nothing where the service is silent.
+    // Set by `copy` alone.
+    std::atomic<bool> mayAsk = true;
+    std::atomic<bool> hasGivenUp = false;
+
+    // The result of `work`, or nothing where it took too long.
     template <class Result>
     static std::optional<Result> call(const std::shared_ptr<State>& state,
                                       std::function<Result(GCancellable*)> work);
@@ -152,12 +156,19 @@ SecretServiceKeychain::~SecretServiceKeychain() = default;
 std::optional<std::string> SecretServiceKeychain::copy(const std::string& service,
                                                        const std::string& account) {
     using Bytes = std::optional<std::string>;
-    return State::call<Bytes>(state,
-                              [state = state, service, account](GCancellable* cancellable) -> Bytes {
-                                  Session session(service, account, cancellable);
-                                  return session ? state->copy(session) : std::nullopt;
-                              })
-        .value_or(std::nullopt);
+    if (state->hasGivenUp)
+        return std::nullopt;
+    const auto result =
+        State::call<Bytes>(state, [state = state, service, account](GCancellable* cancellable) -> Bytes {
+            Session session(service, account, cancellable);
+            if (session)
+                return state->copy(session);
+            state->hasGivenUp = true;
+            return std::nullopt;
+        });
+    if (!result)
+        state->hasGivenUp = true;
+    return result.value_or(std::nullopt);
 }
 
 void SecretServiceKeychain::add(const std::string& service, const std::string& account,

@@ -10,10 +10,10 @@ namespace quorl {
 // The desktop's Secret Service, through libsecret: items with the attributes `service` and `account` in the
 // default collection. Adding does not replace an item that is there.
 //
-// A locked collection may ask its user in a dialog of its own, for which a call waits at most `patience`. Who
-// has refused or let that time pass is not asked again by `copy` in this process, which would otherwise ask
-// once for each item. A service that has fallen silent costs one call's patience, and every further call
-// fails at once until it speaks again. Thread: any.
+// A locked collection may ask its user in a dialog of its own, for which a call waits at most `patience`.
+// `copy` asks once in a process, not once for each item: after a refusal it goes on with what is unlocked,
+// and once it has waited in vain, or the service could not be reached, it answers nothing at once. Thread:
+// any.
 class SecretServiceKeychain : public Keychain {
 public:
     static constexpr std::chrono::milliseconds defaultPatience = std::chrono::minutes(1);
