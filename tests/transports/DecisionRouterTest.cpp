@@ -1,0 +1,278 @@
+#include "transports/DecisionRouter.h"
+
+#include "domain/ServiceHosts.h"
+#include "sample-endpoint/SampleEndpoint.h"
+#include "support/Builders.h"
+#include "transports/HTTPSession.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quorl::test {
+namespace {
+
+using sample::Completion;
+using sample::SampleEndpoint;
+
+class DecisionRouterTest : public testing::Test {
+protected:
+    DecisionRouterTest() { secret.apiKey = "sk-0123456789"; }
+
+    // A request that its model's family answers and that has nothing amiss.
+    DecisionRequest makeRequest(ProviderKind provider) const {
+        DecisionRequest request;
+        request.kind = family(provider);
+        request.prompt = "Which way is up?";
+        request.systemPrompt = "Answer directly.";
+        request.model = makeModel(provider);
+        request.model.endpoint = endpoint.baseURL();
+        DecisionQuestion question = DecisionQuestion::starter();
+        question.type = DecisionQuestionType::noul;
+        question.instructions = "Is it up?";
+        request.questions = {question};
+        return request;
+    }
+
+    DecisionOutcome complete(const DecisionRequest& request) const {
+        return router.complete(request, secret, "/nowhere");
+    }
+
+    std::string messageOf(const DecisionRequest& request) const {
+        return complete(request).errorMessage.value_or("");
+    }
+
+    SampleEndpoint endpoint;
+    HTTPSession session;
+    DecisionRouter router{session};
+    ModelSecret secret;
+};
+
+TEST_F(DecisionRouterTest, AnAnswerHasItsReportedCountsItsCostAndItsTime) {
+    endpoint.answer("test-1", Completion{.text = "That way.",
+                                         .inputTokens = 1000,
+                                         .outputTokens = 500,
+                                         .delay = std::chrono::milliseconds(20)});
+
+    const DecisionOutcome outcome = complete(makeRequest(ProviderKind::openAICompatible));
+
+    EXPECT_EQ(outcome.text, "That way.");
+    EXPECT_EQ(outcome.inputTokens, 1000);
+    EXPECT_EQ(outcome.outputTokens, 500);
+    EXPECT_FALSE(outcome.tokensEstimated);
+    EXPECT_EQ(outcome.costUSD, (2.0 * 1000 + 8.0 * 500) / 1'000'000.0);
+    EXPECT_EQ(outcome.errorMessage, std::nullopt);
+    EXPECT_GE(outcome.latencyMS, 20);
+}
+
+TEST_F(DecisionRouterTest, OpenAIIsAskedThroughTheSameTransport) {
+    endpoint.answer("test-1", Completion{.text = "That way."});
+
+    EXPECT_EQ(complete(makeRequest(ProviderKind::openAI)).text, "That way.");
+}
+
+TEST_F(DecisionRouterTest, MissingCountsAreEstimatedFromBytesAndPriced) {
+    endpoint.answer("test-1", Completion{.text = std::string(40, 'x')});
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    request.systemPrompt = "";
+    request.prompt = "1234567"; // eight bytes with the line end between the two
+
+    const DecisionOutcome outcome = complete(request);
+
+    EXPECT_EQ(outcome.inputTokens, 2);
+    EXPECT_EQ(outcome.outputTokens, 10);
+    EXPECT_TRUE(outcome.tokensEstimated);
+    EXPECT_EQ(outcome.costUSD, (2.0 * 2 + 8.0 * 10) / 1'000'000.0);
+}
+
+TEST_F(DecisionRouterTest, OneMissingCountIsEnoughToBeEstimated) {
+    endpoint.answer("test-1", Completion{.text = std::string(40, 'x'), .inputTokens = 10});
+
+    const DecisionOutcome outcome = complete(makeRequest(ProviderKind::openAICompatible));
+
+    EXPECT_EQ(outcome.inputTokens, 10);
+    EXPECT_EQ(outcome.outputTokens, 10);
+    EXPECT_TRUE(outcome.tokensEstimated);
+}
+
+TEST_F(DecisionRouterTest, AnEstimateIsAtLeastOneToken) {
+    endpoint.answer("test-1", Completion{.text = "x"});
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    request.systemPrompt = "";
+    request.prompt = "";
+
+    const DecisionOutcome outcome = complete(request);
+
+    EXPECT_EQ(outcome.inputTokens, 1);
+    EXPECT_EQ(outcome.outputTokens, 1);
+}
+
+TEST_F(DecisionRouterTest, AModelWithoutPricesHasNoCost) {
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    request.model.inputPricePerMillion = 0;
+    request.model.outputPricePerMillion = 0;
+    EXPECT_EQ(complete(request).costUSD, std::nullopt);
+
+    request.model.inputPricePerMillion = -1;
+    EXPECT_EQ(complete(request).costUSD, std::nullopt);
+}
+
+TEST_F(DecisionRouterTest, OnePriceIsEnoughForACost) {
+    endpoint.answer("test-1", Completion{.text = "x", .inputTokens = 7, .outputTokens = 2});
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    request.model.inputPricePerMillion = 0;
+    request.model.outputPricePerMillion = 3;
+
+    EXPECT_EQ(complete(request).costUSD, 3.0 * 2 / 1'000'000.0);
+}
+
+TEST_F(DecisionRouterTest, AFailureHasNoTextNoCountsAndNoCost) {
+    endpoint.answer(sample::everyModel, sample::makeReply(500, "broken"));
+
+    DecisionOutcome outcome = complete(makeRequest(ProviderKind::openAICompatible));
+
+    EXPECT_GE(outcome.latencyMS, 0);
+    outcome.latencyMS = 0;
+    DecisionOutcome expected;
+    expected.errorMessage = "HTTP 500: broken";
+    EXPECT_EQ(outcome, expected);
+}
+
+TEST_F(DecisionRouterTest, ZunAndOpenAIDecisionsNeedAKeyThenAModelId) {
+    for (const ProviderKind provider : {ProviderKind::zun, ProviderKind::openAIDecisions}) {
+        DecisionRequest request = makeRequest(provider);
+        request.model.modelIdentifier = " \n";
+        EXPECT_EQ(messageOf(request), "Set a model id in Models.");
+        secret.apiKey = " ";
+        EXPECT_EQ(messageOf(request), "Add an API key in Models.");
+        secret.apiKey = "sk-0123456789";
+    }
+}
+
+TEST_F(DecisionRouterTest, VeritorNeedsABaseURLButNoKeyAndNoModelId) {
+    DecisionRequest request = makeRequest(ProviderKind::veritor);
+    secret.apiKey = "";
+    request.model.modelIdentifier = "";
+    EXPECT_EQ(messageOf(request), "Quorl can't ask Veritor models yet.");
+
+    request.model.endpoint = " \n";
+    EXPECT_EQ(messageOf(request), "Set a base URL in Models.");
+}
+
+TEST_F(DecisionRouterTest, NuvelNeedsAKeyAtItsHostedHostOnly) {
+    DecisionRequest request = makeRequest(ProviderKind::nuvel);
+    request.model.modelIdentifier = "";
+    secret.apiKey = " \n";
+    for (const char* local : {"http://127.0.0.1:8000", "", "api.nuvel.example"}) {
+        request.model.endpoint = local;
+        EXPECT_EQ(messageOf(request), "Quorl can't ask Nuvel models yet.") << local;
+    }
+
+    for (const char* hosted :
+         {"https://api.nuvel.example", "HTTPS://API.Nuvel.Example/v1", "https://nuvel.example"}) {
+        request.model.endpoint = hosted;
+        EXPECT_EQ(messageOf(request),
+                  "api.nuvel.example is Nuvel Studio’s hosted API, so it requires a key. In Models, paste an "
+                  "nvk_live_ key and click Save credentials. For the open-source model, run nuvel-serve and "
+                  "set the "
+                  "base URL to http://127.0.0.1:8000.")
+            << hosted;
+    }
+
+    secret.apiKey = "nvk_live_0123456789";
+    EXPECT_EQ(messageOf(request), "Quorl can't ask Nuvel models yet.");
+}
+
+TEST_F(DecisionRouterTest, ADecisionIsValidatedOnceTheModelIsReady) {
+    for (const ProviderKind provider :
+         {ProviderKind::zun, ProviderKind::nuvel, ProviderKind::openAIDecisions, ProviderKind::veritor}) {
+        DecisionRequest request = makeRequest(provider);
+        request.questions = {};
+        EXPECT_EQ(messageOf(request), "Add a question.");
+        request.prompt = " ";
+        EXPECT_EQ(messageOf(request), "Write the state this decision is about.");
+    }
+
+    DecisionRequest request = makeRequest(ProviderKind::zun);
+    request.questions = {};
+    secret.apiKey = "";
+    EXPECT_EQ(messageOf(request), "Add an API key in Models.");
+    EXPECT_TRUE(endpoint.requests().empty());
+}
+
+TEST_F(DecisionRouterTest, OpenAIAndAnthropicNeedAKeyThenAModelId) {
+    for (const ProviderKind provider : {ProviderKind::openAI, ProviderKind::anthropic}) {
+        DecisionRequest request = makeRequest(provider);
+        request.model.modelIdentifier = " ";
+        EXPECT_EQ(messageOf(request), "Set a model id in Models.");
+        secret.apiKey = "\n";
+        EXPECT_EQ(messageOf(request), "Add an API key in Models.");
+        secret.apiKey = "sk-0123456789";
+    }
+}
+
+TEST_F(DecisionRouterTest, BedrockNeedsBothKeysThenAModelId) {
+    DecisionRequest request = makeRequest(ProviderKind::amazonBedrock);
+    request.model.modelIdentifier = "";
+    EXPECT_EQ(messageOf(request), "Add an AWS access key and secret in Models.");
+    secret.awsAccessKey = "AKIA0123456789";
+    EXPECT_EQ(messageOf(request), "Add an AWS access key and secret in Models.");
+    secret.awsSecretKey = "secret";
+    EXPECT_EQ(messageOf(request), "Set a Bedrock model id in Models.");
+}
+
+TEST_F(DecisionRouterTest, ACompatibleServerNeedsABaseURLThenAModelIdThenAKey) {
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    const std::string base = request.model.endpoint;
+    request.model.endpoint = " ";
+    request.model.modelIdentifier = "";
+    secret.apiKey = "";
+    EXPECT_EQ(messageOf(request), "Set a base URL in Models.");
+    request.model.endpoint = base;
+    EXPECT_EQ(messageOf(request), "Set a model id in Models.");
+    request.model.modelIdentifier = "test-1";
+    EXPECT_EQ(messageOf(request), "Add an API key in Models.");
+    EXPECT_TRUE(endpoint.requests().empty());
+}
+
+TEST_F(DecisionRouterTest, AModelIsAskedOnlyWhatItsFamilyAnswers) {
+    for (const ProviderKind provider : allProviderKinds) {
+        secret.awsAccessKey = "AKIA0123456789";
+        secret.awsSecretKey = "secret";
+        DecisionRequest request = makeRequest(provider);
+        if (request.kind == QuorlKind::decision) {
+            request.kind = QuorlKind::generation;
+            request.questions = {}; // not looked at
+            EXPECT_EQ(messageOf(request),
+                      "This model answers typed decisions. Switch the comparison to Decision.");
+        } else {
+            request.kind = QuorlKind::decision;
+            EXPECT_EQ(messageOf(request), "Decision comparisons use Veritor models such as Zun and Nuvel.");
+        }
+    }
+}
+
+TEST_F(DecisionRouterTest, AMissingKeyIsReportedBeforeAWrongKind) {
+    secret.apiKey = "";
+    DecisionRequest request = makeRequest(ProviderKind::zun);
+    request.kind = QuorlKind::generation;
+
+    EXPECT_EQ(messageOf(request), "Add an API key in Models.");
+}
+
+TEST_F(DecisionRouterTest, AModelThatCannotBeAskedYetSaysSo) {
+    secret.awsAccessKey = "AKIA0123456789";
+    secret.awsSecretKey = "secret";
+
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::anthropic)), "Quorl can't ask Anthropic models yet.");
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::amazonBedrock)),
+              "Quorl can't ask Amazon Bedrock models yet.");
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::claudeCode)), "Quorl can't ask Claude Code models yet.");
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::codex)), "Quorl can't ask Codex models yet.");
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::zun)), "Quorl can't ask Zun models yet.");
+    EXPECT_TRUE(endpoint.requests().empty());
+}
+
+} // namespace
+} // namespace quorl::test
