@@ -29,7 +29,7 @@ constexpr auto usage =
     "usage: quorl-demo-library --endpoint URL\n"
     "\n"
     "Fills the library below $XDG_DATA_HOME and the settings below $XDG_CONFIG_HOME with four sample\n"
-    "models that are reached at URL. Both variables have to be set: it is not meant for a library of\n"
+    "models that are reached at URL. Both have to name a folder: it is not meant for a library of\n"
     "one's own.\n";
 
 constexpr auto question =
@@ -115,6 +115,13 @@ void fillDefaults(const std::filesystem::path& file, const std::vector<ModelProf
     defaults.setBoolean("seed.decisions.v1", true); // the library stays these four models
 }
 
+// Without an absolute path the program's own rules lead to the user's home, and the demo's models would land
+// among the user's own.
+bool namesFolder(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value && *value == '/';
+}
+
 std::optional<std::string> endpointFrom(std::span<char*> words) {
     if (words.size() != 2 || words[0] != "--endpoint"sv || words[1] == ""sv)
         return std::nullopt;
@@ -125,8 +132,7 @@ std::optional<std::string> endpointFrom(std::span<char*> words) {
 
 int main(int count, char** words) {
     const auto endpoint = endpointFrom(std::span(words, static_cast<std::size_t>(count)).subspan(1));
-    // Without them the demo's models would land among the user's own.
-    if (!endpoint || !std::getenv("XDG_DATA_HOME") || !std::getenv("XDG_CONFIG_HOME")) {
+    if (!endpoint || !namesFolder("XDG_DATA_HOME") || !namesFolder("XDG_CONFIG_HOME")) {
         std::fputs(usage, stderr);
         return EX_USAGE;
     }

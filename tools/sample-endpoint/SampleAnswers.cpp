@@ -150,17 +150,18 @@ Approach approachTo(std::span<const Word> words) {
     return Approach::fact;
 }
 
-std::size_t countSentences(const std::string& text) {
+// Unicode's own sentences (UAX #29) end at each new line as well; here a question over two lines is one.
+std::size_t countSentences(std::string_view text) {
+    constexpr std::array<std::string_view, 8> marks{".", "?", "!", "。", "？", "！", "؟", "।"};
     std::size_t sentences = 0;
     bool open = false; // something has been said since the last end
-    for (std::size_t place = 0; place < text.size(); ++place) {
-        const auto rest = std::string_view(text).substr(place);
-        if (rest.starts_with('.') || rest.starts_with('?') || rest.starts_with('!') ||
-            rest.starts_with("。") || rest.starts_with("？") || rest.starts_with("！") ||
-            rest.starts_with("؟") || rest.starts_with("।"))
+    while (!text.empty()) {
+        const auto mark = std::ranges::find_if(marks, [&](auto each) { return text.starts_with(each); });
+        if (mark != marks.end())
             sentences += std::exchange(open, false) ? 1 : 0;
-        else if (text[place] != ' ' && text[place] != '\n')
+        else if (text.front() != ' ' && text.front() != '\n')
             open = true;
+        text.remove_prefix(mark == marks.end() ? 1 : mark->size());
     }
     return sentences + (open ? 1 : 0);
 }
@@ -276,8 +277,8 @@ std::string inSteps(const Question&, const Reading& reading) {
     std::string text = "Sample answer, no model behind it: the steps in which one would work on this.\n\n";
     std::size_t number = 0;
     const auto add = [&](const std::string& step) { text += std::to_string(++number) + ". " + step + '\n'; };
-    add("Read the " + counted(reading.sentences, "sentence", "sentences") + " (" +
-        counted(reading.words, "word", "words") + ") and say back what is wanted.");
+    add("Read the question (" + counted(reading.words, "word", "words") + ", " +
+        counted(reading.sentences, "sentence", "sentences") + ") and say back what is wanted.");
     for (const auto& term : reading.terms)
         add("Settle what " + term + " means here.");
     for (const auto& point : outline(reading))
