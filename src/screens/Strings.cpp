@@ -1,0 +1,24 @@
+#include "screens/Strings.h"
+
+namespace quorl {
+
+QString asEdited(QString text) {
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (QChar& character : text) {
+        switch (character.unicode()) {
+        case '\r':
+        case 0x2028: // line separator
+        case 0x2029: // paragraph separator
+        case 0xFDD0: // where a document keeps the start and the end of a frame
+        case 0xFDD1:
+            character = QLatin1Char('\n');
+            break;
+        case 0x00A0:
+            character = QLatin1Char(' ');
+            break;
+        }
+    }
+    return text;
+}
+
+} // namespace quorl

@@ -1,0 +1,42 @@
+import QtQuick
+import Quorl
+
+// What an answer took.
+Item {
+    id: root
+
+    required property string time
+    required property string tokens
+    required property string cost
+
+    implicitHeight: figures.y + figures.implicitHeight
+
+    Hairline {
+        width: root.width
+    }
+
+    Flow {
+        id: figures
+
+        y: 13
+        width: root.width
+        spacing: 4
+
+        Repeater {
+            model: [root.time, root.tokens, root.cost]
+
+            Text {
+                required property string modelData
+
+                visible: modelData !== ""
+                rightPadding: 12
+                text: modelData
+                textFormat: Text.PlainText
+                font: Theme.caption
+                color: Theme.quiet
+                height: Theme.captionLine
+                verticalAlignment: Text.AlignVCenter
+            }
+        }
+    }
+}

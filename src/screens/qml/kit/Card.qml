@@ -1,0 +1,8 @@
+import QtQuick
+import Quorl
+
+Rectangle {
+    radius: Theme.cardRadius
+    color: Theme.surface
+    border.color: Theme.line
+}

@@ -1,0 +1,50 @@
+import QtQuick
+import QtQuick.Templates as T
+import Quorl
+
+// A row that is on or off, with a line of detail under its name.
+T.CheckBox {
+    id: root
+
+    property string detail
+    property bool isMarked: visualFocus // a list marks its current row even while that row is disabled
+
+    implicitHeight: Math.max(Theme.rowHeight, contentItem.implicitHeight + 12)
+    leftPadding: 28
+    Keys.onReturnPressed: root.clicked()
+    Keys.onEnterPressed: root.clicked()
+
+    Accessible.name: root.text
+    Accessible.description: root.detail
+
+    contentItem: CheckRowLabel {
+        text: root.text
+        detail: root.detail
+        enabled: root.enabled
+    }
+
+    indicator: Rectangle {
+        width: 16
+        height: 16
+        radius: 4
+        x: 0
+        y: (root.height - height) / 2
+        color: !root.checked ? "transparent" : root.hovered ? Theme.accentHover : Theme.accent
+        border.color: root.hovered ? Theme.text : Theme.edge
+        border.width: root.checked ? 0 : 1
+        opacity: root.enabled ? 1 : Theme.disabledOpacity
+
+        Icon {
+            anchors.centerIn: parent
+            visible: root.checked
+            symbol: Symbols.checkmark
+            size: 14
+            color: Theme.surface
+        }
+
+        FocusRing {
+            around: 4
+            visible: root.isMarked
+        }
+    }
+}

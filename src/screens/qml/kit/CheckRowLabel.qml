@@ -1,0 +1,45 @@
+import QtQuick
+import Quorl
+
+// The words of a row. Its detail stays readable while the row is disabled, for it says why.
+Item {
+    id: root
+
+    required property string text
+    required property string detail
+
+    implicitHeight: words.implicitHeight
+
+    Accessible.ignored: true
+
+    Column {
+        id: words
+
+        width: root.width
+        anchors.verticalCenter: parent.verticalCenter
+
+        Text {
+            width: parent.width
+            height: Theme.controlLine
+            text: root.text
+            textFormat: Text.PlainText
+            font: Theme.control
+            color: Theme.text
+            opacity: root.enabled ? 1 : 0.55
+            verticalAlignment: Text.AlignVCenter
+            elide: Text.ElideRight
+        }
+
+        Text {
+            visible: root.detail !== ""
+            width: parent.width
+            text: root.detail
+            textFormat: Text.PlainText
+            font: Theme.caption
+            color: Theme.quiet
+            wrapMode: Text.Wrap
+            lineHeight: Theme.captionLine
+            lineHeightMode: Text.FixedHeight
+        }
+    }
+}

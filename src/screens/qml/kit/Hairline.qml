@@ -1,0 +1,7 @@
+import QtQuick
+import Quorl
+
+Rectangle {
+    height: 1
+    color: Theme.line
+}

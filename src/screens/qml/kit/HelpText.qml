@@ -1,0 +1,42 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Quorl
+
+// Explains the control under the pointer. Made only when there is something under the pointer.
+Loader {
+    id: root
+
+    required property string text
+    required property bool wanted
+
+    active: root.wanted && root.text !== ""
+
+    sourceComponent: T.ToolTip {
+        visible: true
+        delay: 600
+        y: -implicitHeight - 6
+        margins: 12
+        padding: 6
+        leftPadding: 8
+        rightPadding: 8
+        implicitWidth: Math.min(320, contentItem.implicitWidth + leftPadding + rightPadding)
+        implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+
+        contentItem: Text {
+            text: root.text
+            textFormat: Text.PlainText
+            font: Theme.caption
+            color: Theme.surface
+            wrapMode: Text.Wrap
+            lineHeight: Theme.captionLine
+            lineHeightMode: Text.FixedHeight
+        }
+
+        background: Rectangle {
+            radius: 6
+            color: Theme.text
+        }
+    }
+}
