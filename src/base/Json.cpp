@@ -69,7 +69,8 @@ void escapeSlashes(std::string& text) {
 } // namespace
 
 std::optional<Value> parse(std::string_view text) {
-    if (isNestedTooDeep(text) || !Text::isUTF8(text))
+    // The parser takes a zero byte for the end and would accept whatever follows it.
+    if (text.find('\0') != std::string_view::npos || isNestedTooDeep(text) || !Text::isUTF8(text))
         return std::nullopt;
     auto value = Value::parse(text, nullptr, false);
     if (value.is_discarded())
@@ -148,6 +149,15 @@ std::optional<double> number(const Value* value) {
     if (!value || !value->is_number())
         return std::nullopt;
     return value->get<double>();
+}
+
+std::optional<std::int64_t> truncatedCount(const Value* value) {
+    if (const auto whole = wholeNumber(value))
+        return whole;
+    const auto fraction = number(value);
+    if (!fraction || !(std::abs(*fraction) < 0x1p63))
+        return std::nullopt;
+    return static_cast<std::int64_t>(*fraction);
 }
 
 } // namespace quorl::Json

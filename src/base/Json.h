@@ -54,4 +54,8 @@ enum class Slash { bare, escaped };
 
 [[nodiscard]] std::optional<double> number(const Value* value);
 
+/// A count as services report it: a whole number, or a fraction cut off toward zero; one that 64 signed bits
+/// cannot hold is none.
+[[nodiscard]] std::optional<std::int64_t> truncatedCount(const Value* value);
+
 } // namespace quorl::Json

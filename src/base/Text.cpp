@@ -2,14 +2,17 @@
 
 #include <unicode/brkiter.h>
 #include <unicode/coll.h>
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utext.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cassert>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace quorl::Text {
 
@@ -49,11 +52,13 @@ CharacterClass classOf(UChar32 code) {
 template <class Visit>
 void walkCharacters(std::string_view text, Visit visit) {
     UErrorCode status = U_ZERO_ERROR;
-    // Making an iterator reads ICU's rules; one per thread is made once.
-    thread_local const std::unique_ptr<icu::BreakIterator> characters(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    // Making an iterator reads ICU's rules; one per thread is kept. It is taken out while in use, since
+    // `visit` may walk too.
+    thread_local std::unique_ptr<icu::BreakIterator> kept;
+    auto characters = std::move(kept);
+    if (!characters)
+        characters.reset(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
     assert(characters);
-    status = U_ZERO_ERROR;
     UText* source = utext_openUTF8(nullptr, text.data(), lengthOf(text), &status);
     assert(U_SUCCESS(status));
     characters->setText(source, status);
@@ -64,6 +69,32 @@ void walkCharacters(std::string_view text, Visit visit) {
         start = end;
     }
     utext_close(source);
+    kept = std::move(characters);
+}
+
+icu::UnicodeString unicodeOf(std::string_view text) {
+    return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), lengthOf(text)));
+}
+
+// The dotted and the dotless i are two letters there, and neither is the other's capital.
+bool hasTurkishCase(const icu::Locale& locale) {
+    const std::string_view language = locale.getLanguage();
+    return language == "tr" || language == "az";
+}
+
+// The user's locale's order, made once per thread and locale.
+const icu::Collator& collator() {
+    struct Kept {
+        icu::Locale locale = icu::Locale::getDefault();
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::Collator> order{icu::Collator::createInstance(locale, status)};
+    };
+    thread_local auto kept = std::make_unique<Kept>();
+    if (kept->locale != icu::Locale::getDefault())
+        kept = std::make_unique<Kept>();
+    assert(kept->order);
+    kept->order->setStrength(icu::Collator::SECONDARY);
+    return *kept->order;
 }
 
 } // namespace
@@ -109,8 +140,14 @@ bool isBlank(std::string_view text) {
 
 std::string lowercased(std::string_view text) {
     std::string result;
+    unicodeOf(text).toLower(icu::Locale::getRoot()).toUTF8String(result);
+    return result;
+}
+
+std::string capitalized(std::string_view text) {
+    std::string result;
     icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), lengthOf(text)))
-        .toLower(icu::Locale::getRoot())
+        .toTitle(nullptr, icu::Locale::getRoot())
         .toUTF8String(result);
     return result;
 }
@@ -129,17 +166,35 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
     return text.substr(0, length);
 }
 
-bool equalsIgnoringCase(std::string_view left, std::string_view right) {
-    if (left == right)
-        return true;
+std::string folded(std::string_view text) {
+    const bool isTurkish = hasTurkishCase(icu::Locale::getDefault());
+    std::string result;
+    // What most texts are; searching folds every text of the library with every key press.
+    if (!isTurkish && std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; })) {
+        result = text;
+        for (char& byte : result)
+            byte = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+        return result;
+    }
     UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(status));
-    assert(collator);
-    // Secondary strength: accents tell names apart, case does not.
-    collator->setStrength(icu::Collator::SECONDARY);
-    collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
-    return collator->compareUTF8(icu::StringPiece(left.data(), lengthOf(left)),
-                                 icu::StringPiece(right.data(), lengthOf(right)), status) == UCOL_EQUAL;
+    // Composed before, for the Turkish capital with its dot, and after, so that no letter is found in its
+    // accented form.
+    const auto& composer = *icu::Normalizer2::getNFCInstance(status);
+    auto unicode = composer.normalize(unicodeOf(text), status);
+    unicode.foldCase(isTurkish ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT);
+    composer.normalize(unicode, status).toUTF8String(result);
+    assert(U_SUCCESS(status));
+    return result;
+}
+
+bool equalsIgnoringCase(std::string_view left, std::string_view right) {
+    return left == right || folded(left) == folded(right);
+}
+
+bool precedesIgnoringCase(std::string_view left, std::string_view right) {
+    UErrorCode status = U_ZERO_ERROR;
+    return collator().compareUTF8(icu::StringPiece(left.data(), lengthOf(left)),
+                                  icu::StringPiece(right.data(), lengthOf(right)), status) == UCOL_LESS;
 }
 
 void forEachCharacter(std::string_view text,

@@ -22,11 +22,21 @@ namespace quorl::Text {
 /// Without regard to a locale (Unicode's default mappings).
 [[nodiscard]] std::string lowercased(std::string_view text);
 
+/// Each word with its first letter upper case and the rest lower case, without regard to a locale.
+[[nodiscard]] std::string capitalized(std::string_view text);
+
 /// The first `count` characters, a view into the argument.
 [[nodiscard]] std::string_view firstCharacters(std::string_view text, std::size_t count);
 
-/// Equal under Unicode's case folding and canonical equivalence, by the user's locale.
+/// The form in which texts that differ only in case, or in how their accents are written, are the same, by
+/// the user's locale. A text contains another, ignoring case, where its folded form contains the other's.
+[[nodiscard]] std::string folded(std::string_view text);
+
+/// Equal when folded.
 [[nodiscard]] bool equalsIgnoringCase(std::string_view left, std::string_view right);
+
+/// `left` stands before `right` in the order of the user's locale, which accents decide and case does not.
+[[nodiscard]] bool precedesIgnoringCase(std::string_view left, std::string_view right);
 
 enum class CharacterClass { letter, number, whiteSpace, other };
 
