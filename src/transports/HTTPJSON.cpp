@@ -2,8 +2,6 @@
 
 #include "base/Text.h"
 
-#include <cmath>
-
 namespace quorl::HTTPJSON {
 
 namespace {
@@ -40,17 +38,6 @@ std::string failure(std::string_view body, int status, std::string_view key) {
     // The key goes before the cut, which could leave a part of it.
     const std::string text = Text::isUTF8(body) ? withoutKey(std::string(Text::trimmed(body)), key) : "";
     return text.empty() ? prefix : prefix + ": " + std::string(Text::firstCharacters(text, quotedCharacters));
-}
-
-std::optional<std::int64_t> count(const Json::Value* value) {
-    if (const auto whole = Json::wholeNumber(value))
-        return whole;
-    const auto number = Json::number(value);
-    // 2^63, the first double above what 64 bits hold; a count beyond them is none.
-    constexpr double limit = 9223372036854775808.0;
-    if (!number || !(std::abs(*number) < limit))
-        return std::nullopt;
-    return static_cast<std::int64_t>(*number);
 }
 
 } // namespace quorl::HTTPJSON

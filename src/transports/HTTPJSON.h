@@ -15,9 +15,11 @@ namespace quorl::HTTPJSON {
 /// "[API key]".
 [[nodiscard]] std::string failure(std::string_view body, int status, std::string_view key = {});
 
-/// A count: an integer, or a fraction cut off toward zero; nothing for a missing value or anything that is no
-/// number.
-[[nodiscard]] std::optional<std::int64_t> count(const Json::Value* value);
+/// A count that a provider reports: an integer, or a fraction cut off toward zero; nothing for a missing value
+/// or anything that is no number.
+[[nodiscard]] inline std::optional<std::int64_t> count(const Json::Value* value) {
+    return Json::truncatedCount(value);
+}
 
 [[nodiscard]] inline bool isSuccess(int status) {
     return status >= 200 && status <= 299;
