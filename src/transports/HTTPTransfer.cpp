@@ -3,6 +3,7 @@
 #include "base/Text.h"
 
 #include <cassert>
+#include <cerrno>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -40,6 +41,7 @@ HTTPTransfer::HTTPTransfer(const HTTPSession::Limits& limits, const std::string&
     : maximumReplyBytes(limits.maximumReplyBytes), handle(curl_easy_init()) {
     if (!handle)
         throw std::bad_alloc();
+    sem_init(&ended, 0, 0);
     set(CURLOPT_PRIVATE, this);
     set(CURLOPT_ERRORBUFFER, errorText.data());
     set(CURLOPT_WRITEFUNCTION, &HTTPTransfer::receive);
@@ -61,7 +63,9 @@ HTTPTransfer::HTTPTransfer(const HTTPSession::Limits& limits, const std::string&
     set(CURLOPT_QUICK_EXIT, 1L);
 }
 
-HTTPTransfer::~HTTPTransfer() = default;
+HTTPTransfer::~HTTPTransfer() {
+    sem_destroy(&ended);
+}
 
 void HTTPTransfer::prepare(const std::string& url, const std::map<std::string, std::string>& headers,
                            std::string body) {
@@ -80,6 +84,12 @@ void HTTPTransfer::prepare(const std::string& url, const std::map<std::string, s
     isTooLong = false;
     result.reset();
     errorText.front() = '\0';
+}
+
+void HTTPTransfer::wait() {
+    // A signal's handler may end the sleep early.
+    while (sem_wait(&ended) != 0 && errno == EINTR) {
+    }
 }
 
 Attempt<HTTPReply> HTTPTransfer::finish() {
@@ -115,7 +125,7 @@ HTTPTransfer& HTTPTransfer::of(CURL* easy) {
 
 void HTTPTransfer::end(std::optional<CURLcode> code) {
     result = code;
-    ended.release();
+    sem_post(&ended);
 }
 
 std::size_t HTTPTransfer::receive(char* bytes, std::size_t, std::size_t count, void* self) noexcept {

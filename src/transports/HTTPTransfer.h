@@ -8,7 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <semaphore>
+#include <semaphore.h>
 #include <string>
 
 namespace quorl {
@@ -27,7 +27,7 @@ public:
 
     /// The caller's side.
     void prepare(const std::string& url, const std::map<std::string, std::string>& headers, std::string body);
-    void wait() { ended.acquire(); }
+    void wait();
 
     /// The outcome; leaves nothing of the request behind.
     [[nodiscard]] Attempt<HTTPReply> finish();
@@ -59,7 +59,9 @@ private:
     std::string replyBody;
     bool isTooLong = false;
     std::optional<CURLcode> result;
-    std::binary_semaphore ended{0};
+    // Not std::binary_semaphore, which spins and yields before it sleeps: hundreds of callers wait at a time,
+    // for seconds.
+    sem_t ended;
 };
 
 } // namespace quorl
