@@ -1,6 +1,5 @@
 #include "sample-endpoint/Script.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace quorl::sample {
@@ -52,11 +51,12 @@ std::optional<Reply> Script::nextForAnyRequest() {
 
 std::optional<std::string> Script::refusedParameter(const Question& question) const {
     const MutexLock guard(lock);
-    const auto found = std::ranges::find_if(question.parameters, [&](const std::string& parameter) {
-        return refused.contains({question.modelIdentifier, parameter}) ||
-               refused.contains({std::string(everyModel), parameter});
-    });
-    return found == question.parameters.end() ? std::nullopt : std::optional(*found);
+    for (const auto& parameter : question.parameters) {
+        if (refused.contains({question.modelIdentifier, parameter}) ||
+            refused.contains({std::string(everyModel), parameter}))
+            return parameter;
+    }
+    return std::nullopt;
 }
 
 } // namespace quorl::sample
