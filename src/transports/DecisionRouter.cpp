@@ -3,8 +3,11 @@
 #include "base/Text.h"
 #include "decision/HostedNuvel.h"
 #include "decision/Veritor.h"
+#include "transports/AnthropicTransport.h"
+#include "transports/BedrockTransport.h"
 #include "transports/NuvelLocal.h"
 #include "transports/OpenAITransport.h"
+#include "transports/VeritorTransport.h"
 
 #include <algorithm>
 #include <chrono>
@@ -141,18 +144,24 @@ RawDecision DecisionRouter::dispatch(const DecisionRequest& request, const Model
     case ProviderKind::openAI:
     case ProviderKind::openAICompatible:
         return OpenAITransport::complete(session, request, secret);
-    case ProviderKind::zun:
+    case ProviderKind::anthropic:
+        return AnthropicTransport::complete(session, request, secret);
+    case ProviderKind::amazonBedrock:
+        return BedrockTransport::complete(session, request, secret);
     case ProviderKind::nuvel:
+        if (!NuvelLocal::usesHTTP(request.model))
+            break;
+        [[fallthrough]];
+    case ProviderKind::zun:
     case ProviderKind::openAIDecisions:
     case ProviderKind::veritor:
-    case ProviderKind::anthropic:
-    case ProviderKind::amazonBedrock:
+        return VeritorTransport::complete(session, request, secret);
     case ProviderKind::claudeCode:
     case ProviderKind::codex:
-        return RawDecision::failed("Quorl can't ask " + std::string(title(request.model.provider)) +
-                                   " models yet.");
+        break;
     }
-    __builtin_unreachable();
+    return RawDecision::failed("Quorl can't ask " + std::string(title(request.model.provider)) +
+                               " models yet.");
 }
 
 } // namespace quorl

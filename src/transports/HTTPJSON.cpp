@@ -2,6 +2,8 @@
 
 #include "base/Text.h"
 
+#include <algorithm>
+
 namespace quorl::HTTPJSON {
 
 namespace {
@@ -10,6 +12,15 @@ constexpr std::size_t quotedCharacters = 300;
 
 // Shorter texts stand in the key field of servers that ask for none ("none", "ollama") and in ordinary words.
 constexpr std::size_t shortestKey = 8;
+
+const std::string* findMessage(const Json::Value& reply) {
+    if (const std::string* const inner =
+            Json::text(Json::find(Json::object(Json::find(reply, "error")), "message")))
+        return inner;
+    return Json::text(Json::find(reply, "message"));
+}
+
+} // namespace
 
 std::string withoutKey(std::string text, std::string_view key) {
     constexpr std::string_view replacement = "[API key]";
@@ -21,15 +32,6 @@ std::string withoutKey(std::string text, std::string_view key) {
     return text;
 }
 
-const std::string* findMessage(const Json::Value& reply) {
-    if (const std::string* const inner =
-            Json::text(Json::find(Json::object(Json::find(reply, "error")), "message")))
-        return inner;
-    return Json::text(Json::find(reply, "message"));
-}
-
-} // namespace
-
 std::string failure(std::string_view body, int status, std::string_view key) {
     const std::string prefix = "HTTP " + std::to_string(status);
     const auto reply = Json::parseObject(body);
@@ -38,6 +40,23 @@ std::string failure(std::string_view body, int status, std::string_view key) {
     // The key goes before the cut, which could leave a part of it.
     const std::string text = Text::isUTF8(body) ? withoutKey(std::string(Text::trimmed(body)), key) : "";
     return text.empty() ? prefix : prefix + ": " + std::string(Text::firstCharacters(text, quotedCharacters));
+}
+
+bool isArrayOfObjects(const Json::Value* value) {
+    return Json::array(value) && std::all_of(value->begin(), value->end(), [](const Json::Value& element) {
+               return Json::object(&element);
+           });
+}
+
+std::string joinedText(const Json::Value* parts) {
+    std::string joined;
+    if (!isArrayOfObjects(parts))
+        return joined;
+    for (const Json::Value& part : *parts) {
+        if (const std::string* const text = Json::text(Json::find(part, "text")))
+            joined += *text;
+    }
+    return joined;
 }
 
 } // namespace quorl::HTTPJSON

@@ -10,16 +10,25 @@
 // What the transports over HTTP share in reading a reply. Thread: any.
 namespace quorl::HTTPJSON {
 
+/// A server's words with "[API key]" wherever it quotes the key that it was sent.
+[[nodiscard]] std::string withoutKey(std::string text, std::string_view key);
+
 /// The sentence for a reply whose status is outside 200 to 299: the server's own message where the body has
-/// one. A server may quote the key that it was sent; wherever `key` stands in its words, the sentence has
-/// "[API key]".
+/// one, without `key`.
 [[nodiscard]] std::string failure(std::string_view body, int status, std::string_view key = {});
 
-/// A count that a provider reports: an integer, or a fraction cut off toward zero; nothing for a missing value
-/// or anything that is no number.
+/// A count that a provider reports: an integer, or a fraction cut off toward zero; nothing for a missing
+/// value or anything that is no number.
 [[nodiscard]] inline std::optional<std::int64_t> count(const Json::Value* value) {
     return Json::truncatedCount(value);
 }
+
+/// An array that holds nothing but objects.
+[[nodiscard]] bool isArrayOfObjects(const Json::Value* value);
+
+/// The texts of a message's parts, one after the other; a part of another kind has none. Empty for anything
+/// but an array of objects.
+[[nodiscard]] std::string joinedText(const Json::Value* parts);
 
 [[nodiscard]] inline bool isSuccess(int status) {
     return status >= 200 && status <= 299;

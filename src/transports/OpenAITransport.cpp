@@ -86,32 +86,16 @@ std::optional<std::string> requestBody(const DecisionRequest& request, TokenPara
     return Json::write(body);
 }
 
-bool isArrayOfObjects(const Json::Value* value) {
-    return Json::array(value) && std::all_of(value->begin(), value->end(), [](const Json::Value& element) {
-               return Json::object(&element);
-           });
-}
-
-// The parts' texts, one after the other; parts of another kind have none.
-std::string joinedText(const Json::Value& parts) {
-    std::string joined;
-    for (const Json::Value& part : parts) {
-        if (const std::string* const text = Json::text(Json::find(part, "text")))
-            joined += *text;
-    }
-    return joined;
-}
-
 std::string messageText(const Json::Value& reply) {
     const Json::Value* const choices = Json::find(reply, "choices");
-    if (!isArrayOfObjects(choices) || choices->empty())
+    if (!HTTPJSON::isArrayOfObjects(choices) || choices->empty())
         return "";
     const Json::Value& first = choices->front();
     const Json::Value* const content = Json::find(Json::object(Json::find(first, "message")), "content");
     if (const std::string* const text = Json::text(content))
         return *text;
-    if (isArrayOfObjects(content))
-        return joinedText(*content);
+    if (HTTPJSON::isArrayOfObjects(content))
+        return HTTPJSON::joinedText(content);
     const std::string* const text = Json::text(Json::find(first, "text")); // a completion-style server
     return text ? *text : "";
 }

@@ -154,7 +154,8 @@ TEST_F(DecisionRouterTest, VeritorNeedsABaseURLButNoKeyAndNoModelId) {
     DecisionRequest request = makeRequest(ProviderKind::veritor);
     secret.apiKey = "";
     request.model.modelIdentifier = "";
-    EXPECT_EQ(messageOf(request), "Quorl can't ask Veritor models yet.");
+    endpoint.answer(sample::everyModel, sample::makeReply(200, "Yes."));
+    EXPECT_EQ(complete(request).text, "Yes.");
 
     request.model.endpoint = " \n";
     EXPECT_EQ(messageOf(request), "Set a base URL in Models.");
@@ -164,7 +165,10 @@ TEST_F(DecisionRouterTest, NuvelNeedsAKeyAtItsHostedHostOnly) {
     DecisionRequest request = makeRequest(ProviderKind::nuvel);
     request.model.modelIdentifier = "";
     secret.apiKey = " \n";
-    for (const char* local : {"http://127.0.0.1:8000", "", "api.nuvel.example"}) {
+    endpoint.answer(sample::everyModel, sample::makeReply(200, "Yes."));
+    request.model.endpoint = " HTTP" + request.model.endpoint.substr(4);
+    EXPECT_EQ(complete(request).text, "Yes.");
+    for (const char* local : {"", "api.nuvel.example"}) {
         request.model.endpoint = local;
         EXPECT_EQ(messageOf(request), "Quorl can't ask Nuvel models yet.") << local;
     }
@@ -179,9 +183,6 @@ TEST_F(DecisionRouterTest, NuvelNeedsAKeyAtItsHostedHostOnly) {
                   "base URL to http://127.0.0.1:8000.")
             << hosted;
     }
-
-    secret.apiKey = "nvk_live_0123456789";
-    EXPECT_EQ(messageOf(request), "Quorl can't ask Nuvel models yet.");
 }
 
 TEST_F(DecisionRouterTest, ADecisionIsValidatedOnceTheModelIsReady) {
@@ -261,16 +262,51 @@ TEST_F(DecisionRouterTest, AMissingKeyIsReportedBeforeAWrongKind) {
     EXPECT_EQ(messageOf(request), "Add an API key in Models.");
 }
 
-TEST_F(DecisionRouterTest, AModelThatCannotBeAskedYetSaysSo) {
+TEST_F(DecisionRouterTest, DecisionsAreAskedOverHTTPAtThePathOfTheirProvider) {
+    endpoint.answer(sample::everyModel,
+                    sample::makeReply(200, R"({"answers":{},"usage":{"input_tokens":7}})"));
+    for (const ProviderKind provider : {ProviderKind::zun, ProviderKind::nuvel, ProviderKind::veritor}) {
+        EXPECT_EQ(complete(makeRequest(provider)).inputTokens, 7);
+        EXPECT_EQ(endpoint.requests().back().path, "/v1/veritor");
+    }
+
+    EXPECT_EQ(complete(makeRequest(ProviderKind::openAIDecisions)).inputTokens, 7);
+    EXPECT_EQ(endpoint.requests().back().path, "/v1/decisions");
+}
+
+TEST_F(DecisionRouterTest, AnErrorInsideAResponseKeepsItsTextAndHasNoCounts) {
+    endpoint.answer(sample::everyModel,
+                    sample::makeReply(200, R"({"error":"overloaded","usage":{"input_tokens":7}})"));
+
+    const DecisionOutcome outcome = complete(makeRequest(ProviderKind::zun));
+
+    EXPECT_EQ(outcome.errorMessage, "overloaded");
+    EXPECT_EQ(outcome.text,
+              "{\n  \"error\": \"overloaded\",\n  \"usage\": {\n    \"input_tokens\": 7\n  }\n}");
+    EXPECT_EQ(outcome.inputTokens, std::nullopt);
+    EXPECT_FALSE(outcome.tokensEstimated);
+    EXPECT_EQ(outcome.costUSD, std::nullopt);
+}
+
+TEST_F(DecisionRouterTest, AnthropicIsAskedInItsOwnFormat) {
+    endpoint.answer(sample::everyModel, sample::makeReply(200, R"({"content":[{"text":"That way."}]})"));
+
+    EXPECT_EQ(complete(makeRequest(ProviderKind::anthropic)).text, "That way.");
+    EXPECT_EQ(endpoint.requests().back().path, "/v1/messages");
+}
+
+TEST_F(DecisionRouterTest, BedrockIsAskedInTheModelsRegion) {
     secret.awsAccessKey = "AKIA0123456789";
     secret.awsSecretKey = "secret";
+    DecisionRequest request = makeRequest(ProviderKind::amazonBedrock);
+    request.model.endpoint = "no region";
 
-    EXPECT_EQ(messageOf(makeRequest(ProviderKind::anthropic)), "Quorl can't ask Anthropic models yet.");
-    EXPECT_EQ(messageOf(makeRequest(ProviderKind::amazonBedrock)),
-              "Quorl can't ask Amazon Bedrock models yet.");
+    EXPECT_EQ(messageOf(request), "Couldn't build the Bedrock URL.");
+}
+
+TEST_F(DecisionRouterTest, AModelThatCannotBeAskedYetSaysSo) {
     EXPECT_EQ(messageOf(makeRequest(ProviderKind::claudeCode)), "Quorl can't ask Claude Code models yet.");
     EXPECT_EQ(messageOf(makeRequest(ProviderKind::codex)), "Quorl can't ask Codex models yet.");
-    EXPECT_EQ(messageOf(makeRequest(ProviderKind::zun)), "Quorl can't ask Zun models yet.");
     EXPECT_TRUE(endpoint.requests().empty());
 }
 
