@@ -181,12 +181,13 @@ TEST(HTTPSession, FiveHundredAtOnceAreAnsweredWhileOneNeverIs) {
 TEST(HTTPSession, SilentRequestsToAHostHoldNoOtherBackAndAllEndWithTheSession) {
     constexpr std::size_t count = 200;
     SampleEndpoint endpoint;
-    endpoint.answer(everyModel, Fault::neverAnswer());
+    std::vector<sample::Answer> answers(count, Fault::neverAnswer());
+    answers.emplace_back(makeReply(200, "ok"));
+    endpoint.answerInTurn(everyModel, answers);
     HTTPSession session;
     std::vector<std::string> messages;
     std::thread waiting([&] { messages = postAtOnce(session, urlOf(endpoint), count); });
     ASSERT_TRUE(endpoint.waitForRequests(count));
-    endpoint.answer(everyModel, makeReply(200, "ok"));
 
     EXPECT_TRUE(session.post(urlOf(endpoint), headers, "{}"));
 
