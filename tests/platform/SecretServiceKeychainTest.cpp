@@ -1,12 +1,16 @@
 #include "platform/linux/SecretServiceKeychain.h"
 
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/SessionBus.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <sstream>
 #include <thread>
 
 // with-secret-service.sh gives each suite the session that its name tells.
@@ -147,6 +151,43 @@ TEST(LockedSecretService, RefusedChangesAreUnseen) {
     EXPECT_NE(
         outputOf("secret-tool search service com.quorltest.app account locked 2>&1").find("label = Kept"),
         std::string::npos);
+}
+
+TEST(RestartedSecretService, IsFoundAgain) {
+    SecretServiceKeychain keychain;
+    keychain.add(service, "kept", "value");
+    ASSERT_EQ(keychain.copy(service, "kept"), "value");
+
+    outputOf("printf secret | gnome-keyring-daemon --replace --unlock --components=secrets 2>&1");
+
+    EXPECT_EQ(keychain.copy(service, "kept"), "value");
+}
+
+// A bus of the test's own, so that it can be ended.
+TEST(LostSessionBus, DoesNotTakeTheProgramWithIt) {
+    std::istringstream lines(
+        outputOf("dbus-daemon --session --fork --print-address=1 --print-pid=1 2>/dev/null"));
+    std::string address;
+    pid_t bus = 0;
+    ASSERT_TRUE(std::getline(lines, address) && lines >> bus);
+    setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+    static_cast<void>(SessionBus::hasSecretService());
+    auto* connection = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    ASSERT_NE(connection, nullptr);
+
+    kill(bus, SIGTERM);
+    // GLib ends the process, if it does, in what it calls then.
+    bool isClosed = false;
+    g_signal_connect(connection, "closed",
+                     G_CALLBACK(+[](GDBusConnection*, gboolean, GError*, bool* closed) { *closed = true; }),
+                     &isClosed);
+    const auto deadline = Clock::now() + std::chrono::seconds(60);
+    while (!isClosed && Clock::now() < deadline)
+        g_main_context_iteration(nullptr, FALSE);
+
+    EXPECT_TRUE(isClosed);
+    EXPECT_EQ(SecretServiceKeychain(std::chrono::seconds(5)).copy(service, "account"), Bytes());
+    g_object_unref(connection);
 }
 
 // Owns the service's name and lets every call go by.

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Runs the suites of a test program against Secret Services of their own: one that is unlocked, one that is locked with nobody to
-# ask, and a bus whose service never answers. Nothing of the caller's session or home folder is touched.
+# Runs the suites of a test program, each in a session of its own: with a Secret Service that is unlocked, locked with nobody to
+# ask, started again, or silent, and with a bus that ends. Nothing of the caller's session or home folder is touched.
 #
 #     with-secret-service.sh PROGRAM
 set -eu
@@ -32,5 +32,7 @@ unlock='printf secret | gnome-keyring-daemon --unlock --components=secrets >/dev
         dbus-send --session --print-reply --dest=org.freedesktop.secrets /org/freedesktop/secrets \
             org.freedesktop.Secret.Service.Lock array:objpath:/org/freedesktop/secrets/collection/login >/dev/null
         "$PROGRAM" --gtest_filter="$SUITE"'
+    run restarted 'RestartedSecretService.*' "$unlock"'; "$PROGRAM" --gtest_filter="$SUITE"'
+    run lost 'LostSessionBus.*' '"$PROGRAM" --gtest_filter="$SUITE"'
     run silent 'SilentSecretService.*' '"$PROGRAM" --gtest_filter="$SUITE"'
 }
