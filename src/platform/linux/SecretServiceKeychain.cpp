@@ -40,6 +40,19 @@ using Owned = std::unique_ptr<Type, Release>;
 // The way to the service, kept from call to call, since agreeing on the key of a session costs more than all
 // else. Not libsecret's shared one, which sends its signals to whichever thread came first.
 struct Connection {
+    Connection() = default;
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection() {
+        service.reset();
+        hearSignals(); // the last of them frees what listened
+    }
+
+    void hearSignals() {
+        while (g_main_context_iteration(context.get(), FALSE)) {
+        }
+    }
+
     Owned<GMainContext> context{g_main_context_new()}; // where its signals wait
     Owned<SecretService> service;                      // null until needed, and after a failure
     std::string owner;                                 // the process behind `service`, as the bus names it
@@ -60,7 +73,7 @@ public:
         g_main_context_push_thread_default(connection.context.get());
         g_hash_table_insert(attributes.get(), const_cast<char*>("service"), g_strdup(service.c_str()));
         g_hash_table_insert(attributes.get(), const_cast<char*>("account"), g_strdup(account.c_str()));
-        hearSignals();
+        connection.hearSignals();
         connect();
     }
     Call(const Call&) = delete;
@@ -68,7 +81,7 @@ public:
     ~Call() {
         if (hasFailed)
             connection.service.reset();
-        hearSignals();
+        connection.hearSignals();
         g_main_context_pop_thread_default(connection.context.get());
     }
 
@@ -116,11 +129,6 @@ private:
     void note(GError* error) {
         const Owned<GError> owned(error);
         hasFailed |= error != nullptr;
-    }
-
-    void hearSignals() {
-        while (g_main_context_iteration(connection.context.get(), FALSE)) {
-        }
     }
 
     Connection& connection;
