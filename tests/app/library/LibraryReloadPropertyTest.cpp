@@ -22,7 +22,6 @@ public:
     explicit Workload(unsigned seed) : random(seed) {
         // The disk's own pace is of no interest here.
         store.exec("PRAGMA synchronous = OFF");
-        foreign.exec("PRAGMA synchronous = OFF");
         subscription = observers.subscribe([this](const AppChange& change) { changes.push_back(change); });
         for (auto& id : ids)
             id = UUID::random();
