@@ -83,7 +83,6 @@ void HTTPTransfer::prepare(const std::string& url, const std::map<std::string, s
     set(CURLOPT_POSTFIELDS, requestBody.data());
     isTooLong = false;
     result.reset();
-    errorText.front() = '\0';
 }
 
 void HTTPTransfer::wait() {
@@ -99,6 +98,7 @@ Attempt<HTTPReply> HTTPTransfer::finish() {
                        ? Attempt<HTTPReply>::success({std::move(replyBody), static_cast<int>(status)})
                        : Attempt<HTTPReply>::failure(problem());
     // The handle waits for its next use without a key, a question or an answer in it.
+    set(CURLOPT_URL, nullptr);
     set(CURLOPT_HTTPHEADER, nullptr);
     set(CURLOPT_POSTFIELDS, nullptr);
     headerLines.reset();

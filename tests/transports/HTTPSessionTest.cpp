@@ -199,6 +199,7 @@ TEST(HTTPSession, SilentRequestsToAHostHoldNoOtherBackAndAllEndWithTheSession) {
 TEST(HTTPSession, OnceClosedARequestFailsAtOnce) {
     SampleEndpoint endpoint;
     HTTPSession session;
+    ASSERT_TRUE(session.post(urlOf(endpoint), headers, "{}")); // nothing of it may come back below
     session.close();
     session.close();
 
@@ -206,7 +207,7 @@ TEST(HTTPSession, OnceClosedARequestFailsAtOnce) {
 
     ASSERT_FALSE(reply);
     EXPECT_EQ(reply.message(), "The request ended because Quorl is closing.");
-    EXPECT_TRUE(endpoint.requests().empty());
+    EXPECT_EQ(endpoint.requests().size(), 1u);
 }
 
 TEST(HTTPSession, DestructionEndsWhatIsUnderWayAndWaitsForItsCallers) {
@@ -255,6 +256,19 @@ TEST(HTTPSession, AReplyLongerThanTheLimitIsAFailureOfOneLine) {
         const auto reply = session.post(urlOf(endpoint), headers, "{}");
         ASSERT_FALSE(reply);
         EXPECT_EQ(reply.message(), "The response is too long to be read.");
+    }
+}
+
+TEST(HTTPSession, AFailureIsToldInItsOwnWordsAfterAnother) {
+    SampleEndpoint endpoint;
+    HTTPSession session(HTTPSession::Limits{.maximumReplyBytes = 10});
+
+    for (int turn = 0; turn < 2; ++turn) {
+        endpoint.answer(everyModel, Fault::largeBody(11));
+        EXPECT_EQ(session.post(urlOf(endpoint), headers, "{}").message(),
+                  "The response is too long to be read.");
+        endpoint.answer(everyModel, Fault::closeBeforeAnswer());
+        EXPECT_EQ(session.post(urlOf(endpoint), headers, "{}").message(), "Empty reply from server");
     }
 }
 
@@ -516,6 +530,19 @@ TEST(HTTPSession, AProxyOfTheEnvironmentIsUsedForOtherHostsOnly) {
     EXPECT_EQ(near.value().body, "from the endpoint");
     ASSERT_TRUE(named) << named.message();
     EXPECT_EQ(named.value().body, "from the endpoint");
+}
+
+TEST(HTTPSession, ThisMachineIsReachedDirectlyBesideTheUsersExceptions) {
+    SampleEndpoint proxy;
+    SampleEndpoint endpoint;
+    const Environment proxied("http_proxy", "http://127.0.0.1:" + std::to_string(proxy.port()));
+    const Environment exception("no_proxy", "other.invalid");
+    HTTPSession session;
+
+    EXPECT_TRUE(session.post(urlOf(endpoint), headers, "{}"));
+
+    EXPECT_EQ(endpoint.requests().size(), 1u);
+    EXPECT_TRUE(proxy.requests().empty());
 }
 
 TEST(HTTPSession, HostsThatTheUserExceptsFromTheProxyAreReachedDirectly) {
