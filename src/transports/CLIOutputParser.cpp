@@ -157,8 +157,7 @@ ParsedCLI parseCodex(std::string_view standardOutput, std::string_view standardE
     ParsedCLI parsed;
     forEachLine(standardOutput, asciiLineEnds, [&](std::string_view line) { readCodexLine(line, parsed); });
     if (parsed.text.empty() && !parsed.error)
-        parsed.error =
-            firstNonEmpty(Text::trimmed(standardError), "Codex returned no assistant message.");
+        parsed.error = firstNonEmpty(Text::trimmed(standardError), "Codex returned no assistant message.");
     return parsed;
 }
 

@@ -2,8 +2,9 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -19,6 +20,15 @@ namespace {
 
 constexpr int firstOwnDescriptor = 3; // after the three standard streams
 
+// glibc 2.36 declares its own wrappers of these two without C linkage.
+int openPidDescriptor(pid_t pid) {
+    return static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
+}
+
+void sendSignal(int pidDescriptor, int signal) {
+    syscall(SYS_pidfd_send_signal, pidDescriptor, signal, nullptr, 0);
+}
+
 // These calls fail only for want of memory.
 void require(int error) {
     if (error != 0)
@@ -32,8 +42,8 @@ public:
         require(posix_spawn_file_actions_init(&fileActions));
         require(posix_spawnattr_init(&attributes));
         for (int standard = 0; standard < firstOwnDescriptor; ++standard)
-            require(posix_spawn_file_actions_adddup2(
-                &fileActions, streams[static_cast<std::size_t>(standard)], standard));
+            require(posix_spawn_file_actions_adddup2(&fileActions,
+                                                     streams[static_cast<std::size_t>(standard)], standard));
         require(posix_spawn_file_actions_addchdir_np(&fileActions, workingDirectory.c_str()));
         // Ours are closed on exec anyway; this is for those that a library has opened without that flag.
         require(posix_spawn_file_actions_addclosefrom_np(&fileActions, firstOwnDescriptor));
@@ -43,8 +53,8 @@ public:
         require(posix_spawnattr_setsigdefault(&attributes, &signals));
         sigemptyset(&signals);
         require(posix_spawnattr_setsigmask(&attributes, &signals));
-        require(posix_spawnattr_setflags(
-            &attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSID));
+        require(posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK |
+                                                          POSIX_SPAWN_SETSID));
     }
     ~SpawnPlan() {
         posix_spawn_file_actions_destroy(&fileActions);
@@ -73,6 +83,27 @@ bool holdsNUL(const std::vector<std::string>& texts) {
                        [](const std::string& text) { return text.find('\0') != std::string::npos; });
 }
 
+std::vector<std::string> wordsOf(const ChildProcess::Program& program) {
+    std::vector<std::string> words{program.executable};
+    if (program.lookup == ChildProcess::Lookup::path) {
+        // The child changes its working directory before it looks for the file.
+        std::error_code failure;
+        const auto path = std::filesystem::absolute(program.executable, failure);
+        if (!failure)
+            words.front() = path.string();
+    }
+    words.insert(words.end(), program.arguments.begin(), program.arguments.end());
+    return words;
+}
+
+std::vector<std::string> variablesOf(const std::map<std::string, std::string>& environment) {
+    std::vector<std::string> variables;
+    variables.reserve(environment.size());
+    for (const auto& [name, value] : environment)
+        variables.push_back(name + '=' + value);
+    return variables;
+}
+
 std::optional<std::int32_t> reap(int pidDescriptor, int options) {
     siginfo_t info{};
     int result = 0;
@@ -88,12 +119,9 @@ std::optional<std::int32_t> reap(int pidDescriptor, int options) {
 
 Attempt<ChildProcess> ChildProcess::start(const Program& program, const Streams& streams) {
     using Outcome = Attempt<ChildProcess>;
-    std::vector<std::string> words{program.executable};
-    words.insert(words.end(), program.arguments.begin(), program.arguments.end());
-    std::vector<std::string> variables;
-    variables.reserve(program.environment.size());
-    for (const auto& [name, value] : program.environment)
-        variables.push_back(name + '=' + value);
+    const auto words = wordsOf(program);
+    const auto variables =
+        program.environment ? variablesOf(*program.environment) : std::vector<std::string>();
     if (holdsNUL(words) || holdsNUL(variables))
         return Outcome::failure(systemMessage(EINVAL));
 
@@ -111,12 +139,15 @@ Attempt<ChildProcess> ChildProcess::start(const Program& program, const Streams&
 
     const SpawnPlan plan(numbers, program.workingDirectory);
     pid_t pid = 0;
-    const int spawnError = posix_spawnp(&pid, program.executable.c_str(), &plan.fileActions, &plan.attributes,
-                                        pointersTo(words).data(), pointersTo(variables).data());
+    // The two differ in nothing but the search; neither falls back to a shell.
+    const auto spawn = program.lookup == Lookup::path ? posix_spawn : posix_spawnp;
+    const int spawnError =
+        spawn(&pid, words.front().c_str(), &plan.fileActions, &plan.attributes, pointersTo(words).data(),
+              program.environment ? pointersTo(variables).data() : environ);
     if (spawnError != 0)
         return Outcome::failure(systemMessage(spawnError));
 
-    Descriptor pidDescriptor(pidfd_open(pid, 0));
+    Descriptor pidDescriptor(openPidDescriptor(pid));
     if (!pidDescriptor) {
         // Out of descriptors. A child that cannot be awaited is not kept; it has not been reaped, so the
         // number is still its own.
@@ -152,7 +183,7 @@ bool ChildProcess::waitUntil(Deadline deadline) {
 }
 
 void ChildProcess::terminate() const {
-    pidfd_send_signal(end.get(), SIGTERM, nullptr, 0); // fails only where the child has ended
+    sendSignal(end.get(), SIGTERM); // fails only where the child has ended
 }
 
 } // namespace quorl

@@ -20,11 +20,14 @@ namespace quorl {
 // Thread: one at a time; starting is safe on any number of threads at once.
 class ChildProcess {
 public:
+    enum class Lookup { path, searchPATH };
+
     struct Program {
-        std::string executable; // a path; a bare name is looked for on the PATH
+        std::string executable; // a path, which may start at our own working directory, or a name on the PATH
         std::vector<std::string> arguments;
-        std::map<std::string, std::string> environment;
+        std::optional<std::map<std::string, std::string>> environment; // ours if absent
         std::filesystem::path workingDirectory;
+        Lookup lookup = Lookup::path;
     };
 
     // Borrowed for the length of `start`; they become the child's descriptors 0, 1 and 2.

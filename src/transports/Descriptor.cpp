@@ -27,6 +27,10 @@ Attempt<Pipe> makePipe() {
     return Attempt<Pipe>::success({Descriptor(ends[0]), Descriptor(ends[1])});
 }
 
+Descriptor openNowhere() {
+    return Descriptor(open("/dev/null", O_RDWR | O_CLOEXEC));
+}
+
 void setNonBlocking(const Descriptor& descriptor) {
     fcntl(descriptor.get(), F_SETFL, fcntl(descriptor.get(), F_GETFL) | O_NONBLOCK);
 }

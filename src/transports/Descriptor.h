@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <span>
+#include <string>
 #include <utility>
 
 namespace quorl {
@@ -44,7 +45,10 @@ struct Pipe {
 /// Both ends blocking and closed on exec. Failures: the system's own text.
 [[nodiscard]] Attempt<Pipe> makePipe();
 
-/// Leaves calls on this end of a pipe without a wait; the other end stays as it was.
+/// Reads as empty and swallows what is written; none if that fails.
+[[nodiscard]] Descriptor openNowhere();
+
+/// Lets no call on this end of a pipe wait; the other end stays as it was.
 void setNonBlocking(const Descriptor& descriptor);
 
 /// The system's text for an `errno`.

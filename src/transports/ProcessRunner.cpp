@@ -31,13 +31,6 @@ std::string launchProblem(const std::string& executable, const std::string& desc
     return problem;
 }
 
-// The child starts in another working directory than ours; what was found is what is run.
-std::string absolutePath(const std::string& executable) {
-    std::error_code failure;
-    const auto path = std::filesystem::absolute(executable, failure);
-    return failure ? executable : path.string();
-}
-
 // A write to a pipe that nobody reads any more raises SIGPIPE in the writing thread. While this stands the
 // signal is held back, and one that has been raised meanwhile is taken away again.
 class WithoutBrokenPipeSignal {
@@ -74,7 +67,7 @@ void feed(Descriptor pipe, std::string_view bytes, const ChildProcess& child, De
         return;
     const WithoutBrokenPipeSignal guard;
     setNonBlocking(pipe);
-    while (!bytes.empty()) {
+    while (!bytes.empty() && std::chrono::steady_clock::now() < deadline) {
         const ssize_t written = write(pipe.get(), bytes.data(), bytes.size());
         if (written >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -103,7 +96,7 @@ Result run(const Command& command) {
     Pipe input = std::move(madePipe).value();
 
     auto started = ChildProcess::start(
-        {.executable = absolutePath(command.executable),
+        {.executable = command.executable,
          .arguments = command.arguments,
          .environment = command.environment ? *command.environment : childEnvironment(command.executable),
          .workingDirectory = command.workingDirectory.value_or(command.directory)},
@@ -139,12 +132,13 @@ Environment childEnvironment(const std::string& executable) {
         if (equals != std::string_view::npos)
             environment.emplace(variable.substr(0, equals), variable.substr(equals + 1));
     }
+    std::error_code failure;
+    const auto folder = std::filesystem::absolute(executable, failure).parent_path();
     const std::string home = homeDirectory().string();
     const auto path = environment.find("PATH");
-    environment.insert_or_assign(
-        "PATH", std::filesystem::path(absolutePath(executable)).parent_path().string() + ':' + home +
-                    "/.local/bin:/opt/homebrew/bin:/usr/local/bin:" +
-                    (path == environment.end() ? "/usr/bin:/bin" : path->second));
+    environment.insert_or_assign("PATH", folder.string() + ':' + home +
+                                             "/.local/bin:/opt/homebrew/bin:/usr/local/bin:" +
+                                             (path == environment.end() ? "/usr/bin:/bin" : path->second));
     environment.insert_or_assign("HOME", home);
     return environment;
 }

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-// Runs a command-line tool: no shell, no terminal, its output into files, standard input closed after what was
-// given, a deadline. Thread: any number of runs at once, each blocking the thread that asks; never the main
-// thread. Failures: in the `Result`.
+// Runs a command-line tool: no shell, no terminal, its output into files, standard input closed after what
+// was given, a deadline. Thread: any number of runs at once, each blocking the thread that asks; never the
+// main thread. Failures: in the `Result`.
 namespace quorl::ProcessRunner {
 
 using Environment = std::map<std::string, std::string>;

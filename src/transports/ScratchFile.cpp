@@ -49,8 +49,8 @@ std::string ScratchFile::text() const {
     }
     std::size_t length = 0;
     while (length < content.size()) {
-        const ssize_t count = pread(file.get(), content.data() + length, content.size() - length,
-                                    static_cast<off_t>(length));
+        const ssize_t count =
+            pread(file.get(), content.data() + length, content.size() - length, static_cast<off_t>(length));
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
