@@ -19,6 +19,7 @@ struct Question {
     std::string systemPrompt = {}; // empty where none was sent
     std::string prompt = {};
     std::vector<std::string> parameters = {}; // the names of all that was sent beside
+    std::string decisions = {}; // the typed questions on the prompt, as a JSON object; else empty
 };
 
 // What a model answers, whatever the format that it goes out in.

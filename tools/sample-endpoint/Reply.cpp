@@ -16,6 +16,8 @@ std::string_view reasonPhrase(int status) {
         return "Bad Request";
     case 401:
         return "Unauthorized";
+    case 403:
+        return "Forbidden";
     case 404:
         return "Not Found";
     case 429:

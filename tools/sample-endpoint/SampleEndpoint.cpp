@@ -4,6 +4,7 @@
 #include "sample-endpoint/Certificate.h"
 #include "sample-endpoint/Connection.h"
 #include "sample-endpoint/SampleAnswers.h"
+#include "sample-endpoint/SampleDecisions.h"
 
 #include <algorithm>
 #include <array>
@@ -30,7 +31,12 @@ asio::ssl::context makeTLSContext() {
 class SampleEndpoint::Server {
 public:
     explicit Server(EndpointOptions options)
-        : journal(options.record), onRequest(std::move(options.onRequest)),
+        : journal(options.record),
+          onRequest(std::move(options.onRequest)), formats{std::make_unique<OpenAIChat>(),
+                                                           std::make_unique<AnthropicMessages>(),
+                                                           std::make_unique<BedrockConverse>(
+                                                               std::move(options.signers)),
+                                                           std::make_unique<TypedDecisions>()},
           acceptor(context, tcp::endpoint(asio::ip::address_v4::loopback(), options.port)),
           acceptAgain(context), boundPort(acceptor.local_endpoint().port()) {
         if (options.security == Security::selfSignedTLS)
@@ -104,7 +110,8 @@ private:
                                            "' is not supported with this model.");
         const auto told = script.next(question.modelIdentifier);
         if (!told) {
-            const auto completion = SampleAnswers::answer(question);
+            const auto completion = question.decisions.empty() ? SampleAnswers::answer(question)
+                                                               : SampleDecisions::answer(question);
             return completion ? format.answer(question, *completion)
                               : format.failure(503, "This sample model is always overloaded.");
         }
@@ -119,8 +126,7 @@ private:
     }
 
     const std::function<void(const Request&)> onRequest;
-    // A format more is one more here.
-    const std::array<std::unique_ptr<Format>, 1> formats{std::make_unique<OpenAIChat>()};
+    const std::array<std::unique_ptr<Format>, 4> formats;
     // The connections borrow it, and they die with `context`.
     const Judge judge = [this](const Request& request) { return replyTo(request); };
     std::optional<asio::ssl::context> tls;

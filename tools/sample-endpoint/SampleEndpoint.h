@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sample-endpoint/AnthropicMessages.h"
+#include "sample-endpoint/BedrockConverse.h"
 #include "sample-endpoint/Fault.h"
 #include "sample-endpoint/Format.h"
 #include "sample-endpoint/Journal.h"
@@ -7,6 +9,8 @@
 #include "sample-endpoint/Reply.h"
 #include "sample-endpoint/Request.h"
 #include "sample-endpoint/Script.h"
+#include "sample-endpoint/SignatureCheck.h"
+#include "sample-endpoint/TypedDecisions.h"
 
 #include <chrono>
 #include <cstddef>
@@ -26,12 +30,13 @@ struct EndpointOptions {
     Security security = Security::none;
     Record record = Record::keep;
     std::function<void(const Request&)> onRequest = {}; // called on the endpoint's thread, before the answer
+    std::vector<SigningCredentials> signers = {publishedCredentials}; // who may sign requests to Bedrock
 };
 
 // A provider of models on 127.0.0.1, for tests, benchmarks and the demo. It shares no code with the
-// transports that it checks. A model that has been told nothing answers as `SampleAnswers` has it. Thread:
-// any; it serves on a thread of its own, which ends with the object. Failures: throws std::system_error if it
-// cannot listen.
+// transports that it checks. A model that has been told nothing answers as `SampleAnswers` or
+// `SampleDecisions` has it. Thread: any; it serves on a thread of its own, which ends with the object.
+// Failures: throws std::system_error if it cannot listen.
 class SampleEndpoint {
 public:
     explicit SampleEndpoint(EndpointOptions options = {});

@@ -28,7 +28,8 @@ using namespace std::string_view_literals;
 constexpr auto usage =
     "usage: quorl-sample-endpoint [--port N] [--record FILE] [--until-stdin-closes]\n"
     "\n"
-    "Serves OpenAI's chat completions on 127.0.0.1 with sample answers, and prints its base URL.\n"
+    "Serves the formats of OpenAI, Anthropic, Bedrock and of typed decisions on 127.0.0.1 with sample\n"
+    "answers, and prints its base URL.\n"
     "  --port N               listens on this port instead of a free one\n"
     "  --record FILE          adds one line of JSON per request to FILE, without keys\n"
     "  --until-stdin-closes   ends when its standard input does\n";
