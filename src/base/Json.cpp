@@ -1,7 +1,5 @@
 #include "base/Json.h"
 
-#include "base/Text.h"
-
 #include <cmath>
 
 namespace quorl::Json {
@@ -70,7 +68,7 @@ void escapeSlashes(std::string& text) {
 
 std::optional<Value> parse(std::string_view text) {
     // The parser takes a zero byte for the end and would accept whatever follows it.
-    if (text.find('\0') != std::string_view::npos || isNestedTooDeep(text) || !Text::isUTF8(text))
+    if (text.find('\0') != std::string_view::npos || isNestedTooDeep(text))
         return std::nullopt;
     auto value = Value::parse(text, nullptr, false);
     if (value.is_discarded())

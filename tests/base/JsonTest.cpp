@@ -77,7 +77,8 @@ TEST(JsonParse, ReadsDownTo512Levels) {
 
 TEST(JsonParse, BracketsInTextsAndSideBySideAreNoLevels) {
     EXPECT_TRUE(Json::parse("\"" + std::string(2000, '[') + "\""));
-    EXPECT_TRUE(Json::parse(R"(["\"[[", "\\"])"));
+    EXPECT_TRUE(Json::parse("\"\\\"" + std::string(2000, '{') + "\""));
+    EXPECT_FALSE(Json::parse("[\"\\\\\"," + nested(512) + "]"));
     std::string many = "[";
     for (int number = 0; number < 2000; ++number)
         many += "[],";

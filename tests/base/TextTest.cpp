@@ -159,6 +159,7 @@ TEST(TextEqualsIgnoringCase, KnowsTheTurkishI) {
     EXPECT_FALSE(Text::equalsIgnoringCase("TITLE", "title"));
     EXPECT_TRUE(Text::equalsIgnoringCase("TITLE", "tıtle"));
     EXPECT_TRUE(Text::equalsIgnoringCase("İ", "i"));
+    EXPECT_TRUE(Text::equalsIgnoringCase("I\u0307", "i"));
 }
 
 TEST(TextPrecedes, FollowsTheLocalesOrder) {
@@ -191,12 +192,12 @@ TEST(TextCharacters, AreVisitedFromStartToEnd) {
 
 TEST(TextCharacters, AVisitMayWalkAnotherText) {
     std::vector<std::string> seen;
-    Text::forEachCharacter("ab", [&](std::string_view character, Text::CharacterClass) {
+    Text::forEachCharacter("abcd", [&](std::string_view character, Text::CharacterClass) {
         seen.emplace_back(character);
-        seen.emplace_back(Text::firstCharacters("xyz", 2));
+        seen.push_back(charactersOf("xyz").back());
     });
 
-    EXPECT_EQ(seen, (std::vector<std::string>{"a", "xy", "b", "xy"}));
+    EXPECT_EQ(seen, (std::vector<std::string>{"a", "z", "b", "z", "c", "z", "d", "z"}));
 }
 
 TEST(TextCharacters, AreOfTheClassOfTheirFirstCodePoint) {
