@@ -1,6 +1,8 @@
+#include "decision/Veritor.h"
 #include "platform/linux/FileKeychain.h"
 #include "platform/linux/QSettingsDefaults.h"
 #include "sample-endpoint/SampleAnswers.h"
+#include "sample-endpoint/SampleDecisions.h"
 #include "store/ModelSecret.h"
 #include "store/QuorlStore.h"
 #include "support/TempFolder.h"
@@ -40,20 +42,31 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(DemoLibrary, HoldsTheFourModelsOfTheEndpoint) {
+TEST_F(DemoLibrary, HoldsTheModelsOfTheEndpointForBothKinds) {
+    ASSERT_EQ(run({"--endpoint", url}), 0);
+
+    using Entry = std::pair<ProviderKind, std::string>;
+    std::vector<Entry> entries;
+    for (const auto& model : models()) {
+        EXPECT_THAT(model.name, testing::StartsWith("Sample · "));
+        EXPECT_EQ(model.endpoint, url);
+        EXPECT_TRUE(model.enabled);
+        EXPECT_EQ(model.sortIndex, static_cast<std::int64_t>(entries.size()));
+        entries.emplace_back(model.provider, model.modelIdentifier);
+    }
+    std::vector<Entry> expected;
+    for (const auto id : sample::SampleAnswers::demoModels)
+        expected.emplace_back(ProviderKind::openAICompatible, id);
+    expected.emplace_back(ProviderKind::anthropic, sample::SampleAnswers::brief);
+    for (const auto id : sample::SampleDecisions::demoModels)
+        expected.emplace_back(ProviderKind::veritor, id);
+    EXPECT_EQ(entries, expected);
+}
+
+TEST_F(DemoLibrary, OneModelHasNoKnownPrice) {
     ASSERT_EQ(run({"--endpoint", url}), 0);
 
     const auto found = models();
-    ASSERT_EQ(found.size(), 4u);
-    for (std::size_t place = 0; place < found.size(); ++place) {
-        const auto& model = found[place];
-        EXPECT_EQ(model.modelIdentifier, sample::SampleAnswers::demoModels[place]);
-        EXPECT_THAT(model.name, testing::StartsWith("Sample · "));
-        EXPECT_EQ(model.provider, ProviderKind::openAICompatible);
-        EXPECT_EQ(model.endpoint, url);
-        EXPECT_TRUE(model.enabled);
-        EXPECT_EQ(model.sortIndex, static_cast<std::int64_t>(place));
-    }
     EXPECT_EQ(std::ranges::count(found, 0, &ModelProfile::inputPricePerMillion), 1);
     EXPECT_EQ(std::ranges::count(found, 0, &ModelProfile::outputPricePerMillion), 1);
 }
@@ -67,20 +80,23 @@ TEST_F(DemoLibrary, HoldsAKeyForEachModelThatOnlyItsUserCanRead) {
         ASSERT_TRUE(item);
         const auto secret = ModelSecret::fromJSON(*item);
         ASSERT_TRUE(secret);
-        EXPECT_TRUE(secret->satisfies(ProviderKind::openAICompatible));
+        EXPECT_TRUE(secret->satisfies(model.provider));
         const auto file = ours() / "secrets" / (model.id.text() + ".json");
         EXPECT_EQ(status(file).permissions(), perms::owner_read | perms::owner_write);
     }
     EXPECT_EQ(status(ours() / "secrets").permissions(), perms::owner_all);
 }
 
-TEST_F(DemoLibrary, OpensOnAQuestionToAllOfThem) {
+TEST_F(DemoLibrary, OpensOnAQuestionToFourModelsWithADecisionBehindIt) {
     ASSERT_EQ(run({"--endpoint", url}), 0);
 
     const QSettingsDefaults defaults(ours() / "defaults.ini");
     std::vector<std::string> ids;
-    for (const auto& model : models())
-        ids.push_back(model.id.text());
+    for (const auto& model : models()) {
+        if (model.provider != ProviderKind::anthropic)
+            ids.push_back(model.id.text());
+    }
+    EXPECT_EQ(ids.size(), 6u);
     EXPECT_EQ(defaults.string("draft.kind"), "generation");
     EXPECT_EQ(defaults.string("draft.prompt"),
               "Our small team answers the same customer questions again and again.\n"
@@ -88,6 +104,9 @@ TEST_F(DemoLibrary, OpensOnAQuestionToAllOfThem) {
     EXPECT_EQ(defaults.string("draft.system"), "Answer directly. Do not use tools.");
     EXPECT_EQ(defaults.strings("draft.models"), ids);
     EXPECT_TRUE(defaults.boolean("seed.decisions.v1"));
+    const auto questions = Veritor::restore(defaults.string("draft.questions").value_or(""));
+    EXPECT_EQ(questions.size(), 2u);
+    EXPECT_EQ(Veritor::validate(*defaults.string("draft.prompt"), questions), std::nullopt);
 }
 
 TEST_F(DemoLibrary, ASecondTimeMovesTheModelsToTheNewEndpoint) {
@@ -97,7 +116,7 @@ TEST_F(DemoLibrary, ASecondTimeMovesTheModelsToTheNewEndpoint) {
     ASSERT_EQ(run({"--endpoint", url}), 0);
 
     const auto after = models();
-    ASSERT_EQ(after.size(), 4u);
+    ASSERT_EQ(after.size(), before.size());
     for (std::size_t place = 0; place < after.size(); ++place) {
         EXPECT_EQ(after[place].id, before[place].id);
         EXPECT_EQ(after[place].endpoint, url);

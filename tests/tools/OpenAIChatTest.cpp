@@ -1,26 +1,17 @@
 #include "sample-endpoint/OpenAIChat.h"
 
-#include "base/Json.h"
-#include "tools/Client.h"
+#include "tools/Replies.h"
 
 #include <gtest/gtest.h>
 
 namespace quorl::sample {
 namespace {
 
+using test::bytesOf;
+using test::jsonOf;
+
 Request post(std::string body) {
     return {.method = "POST", .path = "/v1/chat/completions", .headers = {}, .body = std::move(body)};
-}
-
-std::string bytesOf(const Reply& reply) {
-    std::string bytes;
-    for (const auto& piece : reply.pieces)
-        bytes += piece.bytes;
-    return bytes;
-}
-
-Json::Value jsonOf(const Reply& reply) {
-    return Json::parse(test::bodyOf(bytesOf(reply))).value();
 }
 
 // The sentence with which a body is refused; empty where it is read.
