@@ -1,9 +1,11 @@
 #include "app/AppModel.h"
 
+#include "app/Workers.h"
 #include "base/Text.h"
 #include "decision/HostedNuvel.h"
 #include "store/QuorlStore.h"
 #include "store/SupportPaths.h"
+#include "transports/ExecutableResolver.h"
 #include "transports/NuvelLocal.h"
 
 #include <algorithm>
@@ -20,6 +22,15 @@ Readiness ready() {
 
 Readiness blocked(std::string message) {
     return {Readiness::State::blocked, std::move(message)};
+}
+
+Readiness toolReadiness(const ModelProfile& model, std::optional<bool> claudeLoggedIn) {
+    if (!ExecutableResolver::find(model.provider, model.executablePath))
+        return blocked("CLI not found. Set the path in Models.");
+    // An unknown login is no obstacle: the tool itself will say.
+    if (model.provider == ProviderKind::claudeCode && claudeLoggedIn == false)
+        return blocked("Not logged in. Use Log in.");
+    return ready();
 }
 
 Readiness decisionReadiness(const ModelProfile& model, bool hasCredentials) {
@@ -81,6 +92,7 @@ AppModel::AppModel(Platform& services, const DecisionRouter& decisionRouter, Wor
     recoverInterrupted();
     selectDefaultModelsIfNeeded();
     loadAPIToken();
+    refreshClaudeLogin(nullptr);
 }
 
 AppModel::~AppModel() = default;
@@ -97,10 +109,11 @@ Readiness AppModel::readiness(const ModelProfile& model) const {
     switch (model.provider) {
     case ProviderKind::claudeCode:
     case ProviderKind::codex:
-        return blocked("Quorl can't run command-line tools yet.");
+        return toolReadiness(model, *claudeLoggedIn);
     case ProviderKind::nuvel:
         if (!NuvelLocal::usesHTTP(model))
-            return blocked("Quorl can't run command-line tools yet.");
+            return NuvelLocal::findExecutable(model.executablePath) ? ready()
+                                                                    : blocked("nuvel-rs CLI not found.");
         return decisionReadiness(model, hasCredentials);
     case ProviderKind::zun:
     case ProviderKind::openAIDecisions:
@@ -137,6 +150,15 @@ std::vector<Category> AppModel::children(const UUID& of) const {
     std::ranges::copy_if(library.categories(), std::back_inserter(found),
                          [&](const Category& category) { return category.parentID == of; });
     return sortedBySortIndex(std::move(found));
+}
+
+void AppModel::inBackground(std::function<OnMain()> work) {
+    workers.start([&mainThread = platform.mainThread, model = std::weak_ptr(alive), work = std::move(work)] {
+        mainThread.post([model, onMain = work()] {
+            if (const auto present = model.lock())
+                onMain(**present);
+        });
+    });
 }
 
 void AppModel::reload() {

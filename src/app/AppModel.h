@@ -171,6 +171,11 @@ public:
     void refreshSecretFlags();
     void test(const ModelProfile& profile);
 
+    // --- Claude Code's login (ClaudeLogin.cpp) ---
+
+    /// Runs the tool's own login and then asks it how that stands; both end in `claudeLoginStatus`.
+    void loginClaudeCode();
+
     // --- Categories (Categories.cpp) ---
 
     void addCategory(std::string_view name, const std::optional<UUID>& parent);
@@ -192,12 +197,20 @@ private:
         UUID answerID;
     };
 
+    // What a piece of background work leaves to be done with the model.
+    using OnMain = std::function<void(AppModel&)>;
+
+    // Does `work` on a worker thread and what it answers on the main thread, unless the model is gone by
+    // then.
+    void inBackground(std::function<OnMain()> work);
+
     // Launch.cpp
     std::unique_ptr<QuorlStore> openStore();
     void bootstrap();
     void seedIfEmpty();
     void ensureDecisionModels();
     void retireSeedCategories();
+    void attachCLIPaths();
     void refreshClaudeNotes();
     void refreshNuvelNotes();
     void saveQuietly(const ModelProfile& profile);
@@ -205,6 +218,10 @@ private:
     void selectDefaultModelsIfNeeded();
     void loadAPIToken();
     void reload();
+
+    // ClaudeLogin.cpp
+    void refreshClaudeLogin(OnMain afterwards);
+    [[nodiscard]] std::optional<std::string> findClaudeTool() const;
 
     // Draft.cpp
     void loadDraft();

@@ -1,6 +1,5 @@
 #include "app/AppModel.h"
 
-#include "app/Workers.h"
 #include "base/Text.h"
 #include "decision/Veritor.h"
 #include "store/QuorlStore.h"
@@ -104,13 +103,11 @@ std::vector<AppModel::Job> AppModel::insertAnswers(const QuorlRun& run,
 }
 
 void AppModel::start(DecisionRequest request, ModelSecret secret, Finished finished) {
-    workers.start([&router = router, &mainThread = platform.mainThread, request = std::move(request),
-                   secret = std::move(secret), scratch = SupportPaths::scratch(directory),
-                   model = std::weak_ptr(alive), finished = std::move(finished)] {
-        mainThread.post([outcome = router.complete(request, secret, scratch), model, finished] {
-            if (const auto present = model.lock())
-                finished(**present, outcome);
-        });
+    inBackground([&router = router, request = std::move(request), secret = std::move(secret),
+                  scratch = SupportPaths::scratch(directory), finished = std::move(finished)]() -> OnMain {
+        return [outcome = router.complete(request, secret, scratch), finished](AppModel& model) {
+            finished(model, outcome);
+        };
     });
 }
 

@@ -4,6 +4,8 @@
 #include "domain/ServiceHosts.h"
 #include "store/QuorlStore.h"
 #include "store/Seed.h"
+#include "transports/ExecutableResolver.h"
+#include "transports/NuvelLocal.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -36,6 +38,28 @@ bool isUnused(QuorlStore& store, const UUID& category) {
     }
 }
 
+// Where the tool of a model is, if the model needs one and its own path leads to none.
+std::optional<std::string> findMissingTool(const ModelProfile& model) {
+    if (ExecutableResolver::isExecutable(model.executablePath))
+        return std::nullopt;
+    switch (model.provider) {
+    case ProviderKind::nuvel:
+        return NuvelLocal::usesHTTP(model) ? std::nullopt : NuvelLocal::findExecutable("");
+    case ProviderKind::claudeCode:
+    case ProviderKind::codex:
+        return ExecutableResolver::find(model.provider, "");
+    case ProviderKind::zun:
+    case ProviderKind::openAIDecisions:
+    case ProviderKind::veritor:
+    case ProviderKind::openAI:
+    case ProviderKind::anthropic:
+    case ProviderKind::amazonBedrock:
+    case ProviderKind::openAICompatible:
+        return std::nullopt;
+    }
+    __builtin_unreachable();
+}
+
 std::string makeToken() {
     std::string token = UUID::random().text();
     std::erase(token, '-');
@@ -63,6 +87,7 @@ void AppModel::bootstrap() {
     ensureDecisionModels();
     retireSeedCategories();
     reload();
+    attachCLIPaths();
     refreshClaudeNotes();
     refreshNuvelNotes();
 }
@@ -93,6 +118,22 @@ void AppModel::retireSeedCategories() {
     for (const UUID& category : Seed::retiredCategories()) {
         if (isUnused(*store, category))
             ignoringFailure([&] { store->deleteCategory(category); });
+    }
+}
+
+void AppModel::attachCLIPaths() {
+    for (const ModelProfile& model : std::vector(library.models())) {
+        const std::optional<std::string> path = findMissingTool(model);
+        if (!path)
+            continue;
+        ModelProfile attached = model;
+        attached.executablePath = *path;
+        // Only the first tool ever found enables its model, and only Claude Code's: a Codex stays as it was,
+        // and so does a model that was given a fresh path in place of a stale one.
+        if (model.provider == ProviderKind::claudeCode && model.executablePath.empty())
+            attached.enabled = true;
+        library.replaceModel(attached);
+        saveQuietly(attached);
     }
 }
 

@@ -157,6 +157,8 @@ bool Library::State::reloadTouched(QuorlStore& store, const StoreSnapshot& snaps
 std::vector<UUID> Library::State::refillAnswers(QuorlStore& store, Reading& reading, bool& failed) {
     AnswerGroups::Refill refill(answers);
     try {
+        // Worth a look at the index: otherwise every group would be moved as it grows, and end with room to
+        // spare.
         store.forEachAnswerCount([&](const UUID& runID, std::size_t count) { refill.expect(runID, count); });
         store.forEachAnswer([&](ModelAnswer&& answer) { refill.add(std::move(answer)); }, &reading);
     } catch (const StoreError&) {

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "store/QuorlStore.h"
 #include "store/Seed.h"
+#include "transports/ExecutableResolver.h"
 
 #include <algorithm>
 
@@ -42,8 +43,8 @@ std::string statusLine(const DecisionOutcome& outcome) {
 void AppModel::addModel(ProviderKind kind) {
     const auto& all = library.models();
     const auto last = std::ranges::max_element(all, {}, &ModelProfile::sortIndex);
-    const ModelProfile model =
-        Seed::preset(kind, last == all.end() ? 0 : last->sortIndex + 1, UUID::random());
+    ModelProfile model = Seed::preset(kind, last == all.end() ? 0 : last->sortIndex + 1, UUID::random());
+    model.executablePath = ExecutableResolver::find(kind, "").value_or("");
     alertOnFailure([&] { store->saveModel(model); });
     library.appendModel(model);
     selectedModelID = model.id;

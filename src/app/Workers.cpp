@@ -1,37 +1,68 @@
 #include "app/Workers.h"
 
+#include <chrono>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace quorl {
 
+namespace {
+
+constexpr std::chrono::seconds keptFor{10};
+
+} // namespace
+
 Workers::~Workers() {
-    std::unique_lock guard(lock);
-    idle.wait(guard, [this] { return running == 0; });
+    MutexLock guard(lock);
+    isEnding = true;
+    arrived.notifyAll();
+    while (threads > 0)
+        ended.wait(guard);
 }
 
 void Workers::start(std::function<void()> work) {
-    {
-        const std::lock_guard guard(lock);
-        ++running;
-        waiting.push_back(std::move(work));
+    MutexLock guard(lock);
+    waiting.push_back(std::move(work));
+    if (waiting.size() <= idle + starting) {
+        arrived.notifyOne();
+        return;
     }
+    ++threads;
+    ++starting;
+    guard.unlock();
     try {
-        std::thread([this] { drain(); }).detach();
+        std::thread([this] { serve(); }).detach();
     } catch (const std::system_error&) {
-        std::unique_lock guard(lock);
-        if (running > 1) {
-            --running; // a thread that is under way will find the work before it ends
-            return;
-        }
-        guard.unlock();
-        drain(); // nobody else is left to do it
+        guard.lock();
+        --starting;
+        // The others take the work when they come to it; without any it is done here.
+        if (threads == 1)
+            doWaiting(guard);
+        --threads;
+        ended.notifyAll();
     }
 }
 
-// Runs what waits. There is one thread for each piece of work, so each normally finds just its own.
-void Workers::drain() {
-    std::unique_lock guard(lock);
+void Workers::serve() {
+    MutexLock guard(lock);
+    --starting;
+    bool isWanted = true;
+    while (isWanted) {
+        doWaiting(guard);
+        if (isEnding)
+            break;
+        ++idle;
+        const bool wasWoken = arrived.waitFor(guard, keptFor);
+        --idle;
+        isWanted = wasWoken || !waiting.empty();
+    }
+    --threads;
+    // Under the lock: the destructor may end this object as soon as it can take it.
+    ended.notifyAll();
+}
+
+void Workers::doWaiting(MutexLock& guard) {
     while (!waiting.empty()) {
         auto work = std::move(waiting.front());
         waiting.pop_front();
@@ -40,9 +71,6 @@ void Workers::drain() {
         work = nullptr; // what it captured goes before the next begins
         guard.lock();
     }
-    --running;
-    // Under the lock: the destructor may end this object as soon as it can take it.
-    idle.notify_all();
 }
 
 } // namespace quorl

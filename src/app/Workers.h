@@ -1,15 +1,16 @@
 #pragma once
 
-#include <condition_variable>
+#include "base/ThreadSafety.h"
+
 #include <cstddef>
 #include <deque>
 #include <functional>
-#include <mutex>
 
 namespace quorl {
 
-// The threads that ask models: each piece of work gets a thread of its own at once, without limit, and ends
-// by itself. Thread: any.
+// The threads that ask models: each piece of work has a thread of its own at once, without limit, and ends by
+// itself. A thread that has nothing left to do is kept a while, since the next comparison will want as many
+// again. Thread: any.
 class Workers {
 public:
     Workers() = default;
@@ -18,16 +19,21 @@ public:
     Workers(const Workers&) = delete;
     Workers& operator=(const Workers&) = delete;
 
-    /// Where the system refuses another thread, the work waits for the end of one and runs after it.
+    /// Where the system refuses another thread, the work waits for the end of some other.
     void start(std::function<void()> work);
 
 private:
-    void drain();
+    void serve();
+    void doWaiting(MutexLock& guard) REQUIRES(lock);
 
-    std::mutex lock;
-    std::condition_variable idle;
-    std::deque<std::function<void()>> waiting; // guarded by `lock`
-    std::size_t running = 0;                   // threads; guarded by `lock`
+    Mutex lock;
+    Condition arrived;
+    Condition ended;
+    std::deque<std::function<void()>> waiting GUARDED_BY(lock);
+    std::size_t threads GUARDED_BY(lock) = 0;  // alive, those that are only being started included
+    std::size_t starting GUARDED_BY(lock) = 0; // those that have not looked for work yet
+    std::size_t idle GUARDED_BY(lock) = 0;     // those that wait for work
+    bool isEnding GUARDED_BY(lock) = false;
 };
 
 } // namespace quorl

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -55,6 +56,11 @@ class Condition {
 public:
     /// Gives the lock up while it sleeps. May wake without a notification.
     void wait(MutexLock& lock) { condition.wait(lock.held); }
+
+    /// The same, at most for so long; false if the time ran out.
+    bool waitFor(MutexLock& lock, std::chrono::milliseconds time) {
+        return condition.wait_for(lock.held, time) == std::cv_status::no_timeout;
+    }
 
     void notifyOne() { condition.notify_one(); }
     void notifyAll() { condition.notify_all(); }

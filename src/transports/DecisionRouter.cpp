@@ -5,7 +5,11 @@
 #include "decision/Veritor.h"
 #include "transports/AnthropicTransport.h"
 #include "transports/BedrockTransport.h"
+#include "transports/ClaudeCodeTransport.h"
+#include "transports/CodexTransport.h"
+#include "transports/ExecutableResolver.h"
 #include "transports/NuvelLocal.h"
+#include "transports/NuvelLocalTransport.h"
 #include "transports/OpenAITransport.h"
 #include "transports/VeritorTransport.h"
 
@@ -28,8 +32,11 @@ using Problem = std::optional<std::string>;
 
 Problem decisionFamilyProblem(const ModelProfile& model, const ModelSecret& secret) {
     const bool hasKey = secret.satisfies(model.provider);
+    if (model.provider == ProviderKind::nuvel && !NuvelLocal::usesHTTP(model))
+        return NuvelLocal::findExecutable(model.executablePath) ? std::nullopt
+                                                                : Problem(NuvelLocal::notFound);
     if (model.provider == ProviderKind::nuvel) {
-        const bool needsKey = NuvelLocal::usesHTTP(model) && Veritor::isHostedNuvel(model.endpoint);
+        const bool needsKey = Veritor::isHostedNuvel(model.endpoint);
         return needsKey && !hasKey ? Problem(Veritor::hostedKeyMessage()) : std::nullopt;
     }
     if (model.provider == ProviderKind::veritor)
@@ -60,6 +67,9 @@ Problem generationFamilyProblem(const ModelProfile& model, const ModelSecret& se
         return hasKey ? std::nullopt : Problem(keyMissing);
     case ProviderKind::claudeCode:
     case ProviderKind::codex:
+        if (ExecutableResolver::find(model.provider, model.executablePath))
+            return std::nullopt;
+        return "Couldn't find the " + std::string(title(model.provider)) + " CLI. Set its path in Models.";
     case ProviderKind::zun:
     case ProviderKind::nuvel:
     case ProviderKind::openAIDecisions:
@@ -135,12 +145,20 @@ DecisionOutcome DecisionRouter::complete(const DecisionRequest& request, const M
 }
 
 RawDecision DecisionRouter::dispatch(const DecisionRequest& request, const ModelSecret& secret,
-                                     const std::filesystem::path&) const {
+                                     const std::filesystem::path& scratch) const {
     if (Problem problem = preflight(request, secret))
         return RawDecision::failed(*std::move(problem));
     if (Problem problem = familyProblem(request))
         return RawDecision::failed(*std::move(problem));
     switch (request.model.provider) {
+    case ProviderKind::nuvel:
+        if (!NuvelLocal::usesHTTP(request.model))
+            return NuvelLocalTransport::complete(request, scratch);
+        return VeritorTransport::complete(session, request, secret);
+    case ProviderKind::zun:
+    case ProviderKind::openAIDecisions:
+    case ProviderKind::veritor:
+        return VeritorTransport::complete(session, request, secret);
     case ProviderKind::openAI:
     case ProviderKind::openAICompatible:
         return OpenAITransport::complete(session, request, secret);
@@ -148,20 +166,12 @@ RawDecision DecisionRouter::dispatch(const DecisionRequest& request, const Model
         return AnthropicTransport::complete(session, request, secret);
     case ProviderKind::amazonBedrock:
         return BedrockTransport::complete(session, request, secret);
-    case ProviderKind::nuvel:
-        if (!NuvelLocal::usesHTTP(request.model))
-            break;
-        [[fallthrough]];
-    case ProviderKind::zun:
-    case ProviderKind::openAIDecisions:
-    case ProviderKind::veritor:
-        return VeritorTransport::complete(session, request, secret);
     case ProviderKind::claudeCode:
+        return ClaudeCodeTransport::complete(request, scratch);
     case ProviderKind::codex:
-        break;
+        return CodexTransport::complete(request, scratch);
     }
-    return RawDecision::failed("Quorl can't ask " + std::string(title(request.model.provider)) +
-                               " models yet.");
+    __builtin_unreachable();
 }
 
 } // namespace quorl

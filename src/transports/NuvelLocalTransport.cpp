@@ -34,7 +34,7 @@ std::string problemOf(const ProcessRunner::Result& result, const std::optional<s
 RawDecision complete(const DecisionRequest& request, const std::filesystem::path& scratch) {
     const auto executable = NuvelLocal::findExecutable(request.model.executablePath);
     if (!executable)
-        return RawDecision::failed("Couldn't find the nuvel-rs CLI. Ombrel uses the same library.");
+        return RawDecision::failed(NuvelLocal::notFound);
     const std::string_view identifier = Text::trimmed(request.model.modelIdentifier);
     const std::string model(identifier.empty() ? defaultCheckpoint : identifier);
 
