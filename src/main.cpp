@@ -15,15 +15,15 @@
 
 namespace {
 
-// A core file would hold the keys of every model. The process stays open to its user's debugger all the same: whoever may attach
-// one may read the keychain too.
+// A core file would hold the keys of every model. The process stays open to its user's debugger all the same:
+// whoever may attach one may read the keychain too.
 void forbidCoreFiles() {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
 }
 
-// A comparison opens a connection for each of its models at once, and the usual soft limit of 1024 is kept only for programs that
-// still call select().
+// A comparison opens a connection for each of its models at once, and the usual soft limit of 1024 is kept
+// only for programs that still call select().
 void raiseDescriptorLimit() {
     rlimit limit{};
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
@@ -54,8 +54,9 @@ int main(int argc, char* argv[]) {
     const int status = QGuiApplication::exec();
 
     screens.settle();
-    QCoreApplication::sendPostedEvents(); // the settings are written at the end of a turn, and this was the last
-    // Leaving here and now: the destructors would wait for every request still under way, up to its time limit. An answer that
-    // is cut off is marked at the next start, and the library needs no closing.
+    QCoreApplication::sendPostedEvents(); // the settings are written at the end of a turn, and this was the
+                                          // last
+    // Leaving here and now: the destructors would wait for every request still under way, up to its time
+    // limit. An answer that is cut off is marked at the next start, and the library needs no closing.
     std::_Exit(status);
 }

@@ -20,7 +20,8 @@ AnswerListModel::State shownState(AnswerState state) {
 }
 
 QString cost(const ModelAnswer& answer) {
-    return answer.costUSD ? AnswerListModel::tr("Cost: %1").arg(toQString(Format::cost(answer.costUSD))) : QString();
+    return answer.costUSD ? AnswerListModel::tr("Cost: %1").arg(toQString(Format::cost(answer.costUSD)))
+                          : QString();
 }
 
 } // namespace
@@ -44,8 +45,8 @@ QVariant AnswerListModel::data(const QModelIndex& index, int role) const {
     case TimeRole:
         return tr("Time: %1").arg(toQString(Format::latency(answer.latencyMS)));
     case TokensRole:
-        return tr("Tokens: %1").arg(toQString(
-            Format::tokens(answer.inputTokens, answer.outputTokens, answer.tokensEstimated)));
+        return tr("Tokens: %1")
+            .arg(toQString(Format::tokens(answer.inputTokens, answer.outputTokens, answer.tokensEstimated)));
     case CostRole:
         return cost(answer);
     default:

@@ -17,7 +17,8 @@ QString labelOf(const std::vector<ModelProfile>& models) {
     if (models.size() == 1)
         return first;
     const QString firstTwo = first + QLatin1String(" + ") + toQString(models[1].name);
-    return models.size() == 2 ? firstTwo : firstTwo + QLatin1String(" +") + QString::number(models.size() - 2);
+    return models.size() == 2 ? firstTwo
+                              : firstTwo + QLatin1String(" +") + QString::number(models.size() - 2);
 }
 
 } // namespace
@@ -76,6 +77,7 @@ void DraftScreen::compare() {
     setValidation({});
     const auto before = *model.activeRunID;
     model.ask();
+    adapter.deliver();
     if (*model.activeRunID != before)
         Q_EMIT comparisonStarted();
 }
@@ -94,8 +96,8 @@ void DraftScreen::refresh(const ModelChanges& changes) {
     if (changes.hasAny({runs, activeRunID}) ||
         (*model.activeRunID && changes.hasAnswersOf(**model.activeRunID)))
         refreshAnswers();
-    if (changes.hasAny({draftPrompt, draftQuestions, draftBulkQuestions, draftBulkTemplate, draftSystem, draftScoring,
-                        draftCategoryText, draftSubcategoryText})) {
+    if (changes.hasAny({draftPrompt, draftQuestions, draftBulkQuestions, draftBulkTemplate, draftSystem,
+                        draftScoring, draftCategoryText, draftSubcategoryText})) {
         setValidation({});
         model.persistDraft();
     }
@@ -144,9 +146,10 @@ void DraftScreen::refreshAnswers() {
     AnswersSummary next;
     next.hasRun = run != nullptr;
     next.total = answers.size();
-    next.running = static_cast<std::size_t>(std::count_if(answers.begin(), answers.end(), [](const ModelAnswer& answer) {
-        return answer.state == AnswerState::running;
-    }));
+    next.running =
+        static_cast<std::size_t>(std::count_if(answers.begin(), answers.end(), [](const ModelAnswer& answer) {
+            return answer.state == AnswerState::running;
+        }));
     if (answers.size() == 1)
         next.onlyModel = toQString(answers[0].modelName);
     if (next == shownAnswers)

@@ -12,8 +12,9 @@
 
 namespace quorl {
 
-// The Compare screen: a composer, where the question is written and the models are chosen, and the answers of the comparison on
-// show. It edits the draft of the model directly. Thread: main. Failures: in `validation`, or in the alert of the model.
+// The Compare screen: a composer, where the question is written and the models are chosen, and the answers of
+// the comparison on show. It edits the draft of the model directly. Thread: main. Failures: in `validation`,
+// or in the alert of the model.
 class DraftScreen : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -31,7 +32,8 @@ class DraftScreen : public QObject {
     // The answers
     Q_PROPERTY(bool hasRun READ hasRun NOTIFY answersChanged)
     Q_PROPERTY(bool allRunning READ allRunning NOTIFY answersChanged)
-    Q_PROPERTY(QString awaited READ awaited NOTIFY answersChanged) // whose answer is awaited while all are running
+    Q_PROPERTY(
+        QString awaited READ awaited NOTIFY answersChanged) // whose answer is awaited while all are running
     Q_PROPERTY(QString finishedCount READ finishedCount NOTIFY answersChanged)
     Q_PROPERTY(quorl::AnswerListModel* answers READ answers CONSTANT)
 
@@ -48,7 +50,9 @@ public:
     [[nodiscard]] QString validation() const { return shownValidation; }
 
     [[nodiscard]] bool hasRun() const { return shownAnswers.hasRun; }
-    [[nodiscard]] bool allRunning() const { return shownAnswers.total > 0 && shownAnswers.running == shownAnswers.total; }
+    [[nodiscard]] bool allRunning() const {
+        return shownAnswers.total > 0 && shownAnswers.running == shownAnswers.total;
+    }
     [[nodiscard]] QString awaited() const;
     [[nodiscard]] QString finishedCount() const;
     [[nodiscard]] AnswerListModel* answers() { return &cards; }
@@ -70,7 +74,7 @@ Q_SIGNALS:
     void answersChanged();
     void questionFocusRequested();
     void modelsRequested(); // a model must be chosen before there can be an answer
-    void comparisonStarted();
+    void comparisonStarted(); // its answers are on show
 
 private:
     struct AnswersSummary {

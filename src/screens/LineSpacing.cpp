@@ -11,7 +11,8 @@ namespace quorl {
 
 void LineSpacing::setDocument(QQuickTextDocument* next) {
     document = next;
-    // A new paragraph takes its form from the one it is typed or pasted in; only a text that is set as a whole loses it.
+    // A new paragraph takes its form from the one it is typed or pasted in; only a text that is set as a
+    // whole loses it.
     connect(document->textDocument(), &QTextDocument::contentsChange, this,
             [this](int position, int removed, int added) {
                 if (!isApplying && position == 0 && added > 0 && removed >= 0)

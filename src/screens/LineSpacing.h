@@ -8,8 +8,8 @@
 
 namespace quorl {
 
-// Spreads the lines of a text editor to a height, which the editor itself has no property for. A line of a taller script grows
-// beyond it. Thread: main.
+// Spreads the lines of a text editor to a height, which the editor itself has no property for. A line of a
+// taller script grows beyond it. Thread: main.
 class LineSpacing : public QObject {
     Q_OBJECT
     QML_ELEMENT

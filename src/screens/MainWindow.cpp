@@ -14,16 +14,18 @@ namespace {
 QIcon windowIcon() {
     QIcon icon;
     for (const int size : {16, 32, 64, 256})
-        icon.addFile(QStringLiteral(":/qt-project.org/imports/Quorl/icons/mark-%1.png").arg(size), QSize(size, size));
+        icon.addFile(QStringLiteral(":/qt-project.org/imports/Quorl/icons/mark-%1.png").arg(size),
+                     QSize(size, size));
     return icon;
 }
 
 } // namespace
 
 MainWindow::MainWindow(RootScreen& screens) : engine(std::make_unique<QQmlEngine>()) {
-    QQmlComponent component(engine.get(), QUrl(QStringLiteral("qrc:/qt-project.org/imports/Quorl/qml/Main.qml")));
-    quickWindow.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-        {{QStringLiteral("screens"), QVariant::fromValue(&screens)}})));
+    QQmlComponent component(engine.get(),
+                            QUrl(QStringLiteral("qrc:/qt-project.org/imports/Quorl/qml/Main.qml")));
+    quickWindow.reset(qobject_cast<QQuickWindow*>(
+        component.createWithInitialProperties({{QStringLiteral("screens"), QVariant::fromValue(&screens)}})));
     if (!quickWindow)
         qFatal("%s", qUtf8Printable(component.errorString()));
     quickWindow->setIcon(windowIcon());

@@ -9,8 +9,8 @@ namespace quorl {
 
 class RootScreen;
 
-// The program's window, shown as soon as it is made. Thread: main. Failures: a window that cannot be made ends the program, for
-// its files are part of it.
+// The program's window, shown as soon as it is made. Thread: main. Failures: a window that cannot be made
+// ends the program, for its files are part of it.
 class MainWindow {
 public:
     /// `screens` is borrowed and must outlive the window.

@@ -28,8 +28,9 @@ private:
     bool allAnswers = false;
 };
 
-// The one observer of the model on behalf of all screens. It gathers what changes in one turn of the event loop and tells it
-// once, so that a thousand answers that arrive together cost one redraw. Thread: main. Failures: none.
+// The one observer of the model on behalf of all screens. It gathers what changes in one turn of the event
+// loop and tells it once, so that a thousand answers that arrive together cost one redraw. Thread: main.
+// Failures: none.
 class ModelAdapter : public QObject {
     Q_OBJECT
 

@@ -13,8 +13,9 @@
 
 namespace quorl {
 
-// A list model of records that are known by their `id`. It is told how the rows should be and changes only those that differ,
-// so that a view keeps its place, and each delegate its focus and selection. Thread: main. Failures: none.
+// A list model of records that are known by their `id`. It is told how the rows should be and changes only
+// those that differ, so that a view keeps its place, and each delegate its focus and selection. Thread: main.
+// Failures: none.
 template <class Record>
 class RecordListModel : public QAbstractListModel {
 public:
@@ -58,10 +59,11 @@ private:
         }
     }
 
-    // Puts the row of that record to its place: from further down, or new. All before it stand where they should.
+    // Puts the row of that record to its place: from further down, or new. All before it stand where they
+    // should.
     void bring(const Record& record, std::size_t place) {
-        const auto found = std::find_if(iterator(place), rows.end(),
-                                        [&](const Record& row) { return row.id == record.id; });
+        const auto found =
+            std::find_if(iterator(place), rows.end(), [&](const Record& row) { return row.id == record.id; });
         const int to = static_cast<int>(place);
         if (found == rows.end()) {
             beginInsertRows({}, to, to);

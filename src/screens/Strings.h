@@ -13,8 +13,8 @@ namespace quorl {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// `text` as a text editor holds it. A document has one kind of line end and no separate no-break space, so that what an
-/// editor gives back can differ from what it was given although nobody has typed.
+/// `text` as a text editor holds it. A document has one kind of line end and no separate no-break space, so
+/// that what an editor gives back can differ from what it was given although nobody has typed.
 [[nodiscard]] QString asEdited(QString text);
 
 } // namespace quorl

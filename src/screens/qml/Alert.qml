@@ -9,6 +9,8 @@ T.Popup {
     required property string title
     required property string message
 
+    property Item interrupted // had the keyboard before
+
     signal dismissed
 
     parent: T.Overlay.overlay
@@ -23,7 +25,12 @@ T.Popup {
     focus: true
     visible: true
     closePolicy: T.Popup.CloseOnEscape
-    onClosed: root.dismissed()
+    onAboutToShow: root.interrupted = root.parent.Window.activeFocusItem
+    onClosed: {
+        if (root.interrupted)
+            root.interrupted.forceActiveFocus(Qt.PopupFocusReason);
+        root.dismissed();
+    }
 
     T.Overlay.modal: Rectangle {
         color: Theme.scrim

@@ -25,17 +25,15 @@ Item {
         Repeater {
             model: [root.time, root.tokens, root.cost]
 
-            Text {
+            Words {
                 required property string modelData
 
                 visible: modelData !== ""
                 rightPadding: 12
                 text: modelData
-                textFormat: Text.PlainText
                 font: Theme.caption
                 color: Theme.quiet
                 height: Theme.captionLine
-                verticalAlignment: Text.AlignVCenter
             }
         }
     }

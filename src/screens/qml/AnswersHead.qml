@@ -14,11 +14,10 @@ Item {
         text: qsTr("Answers")
     }
 
-    Text {
+    Words {
         anchors { left: title.right; leftMargin: 10; baseline: title.baseline }
         visible: root.screen.hasRun
         text: root.screen.finishedCount
-        textFormat: Text.PlainText
         font: Theme.caption
         color: Theme.quiet
     }

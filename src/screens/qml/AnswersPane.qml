@@ -14,9 +14,10 @@ Item {
     readonly property alias fieldsSlot: fieldsSlot
     readonly property alias footerSlot: footerSlot
     readonly property real innerWidth: root.width - 2 * root.padding
+    readonly property real headPlace: content.y + stackedHead.y // when stacked
 
     function scrollToHead() {
-        scroll.scrollTo(stackedHead.y - 16);
+        scroll.scrollTo(root.headPlace);
     }
 
     Item {
@@ -34,7 +35,9 @@ Item {
         y: root.isStacked ? 0 : 72
         width: root.width
         height: root.height - y
-        contentHeight: content.y + content.height + root.padding
+        // Below the composer there is room enough for the head to go to the top, however little stands under it.
+        contentHeight: Math.max(content.y + content.height + root.padding,
+                                root.isStacked && root.screen.hasRun ? root.headPlace + height : 0)
 
         Column {
             id: content

@@ -4,11 +4,10 @@ import Quorl
 Column {
     spacing: Theme.betweenCards
 
-    Text {
+    Words {
         width: parent.width
         bottomPadding: 12
         text: qsTr("Your model responses will appear here.")
-        textFormat: Text.PlainText
         font: Theme.body
         color: Theme.quiet
         wrapMode: Text.Wrap

@@ -15,7 +15,7 @@ Item {
         models.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    height: models.y + models.height
+    height: models.visible ? models.y + models.height : system.y + system.height
 
     PaneTitle {
         id: mode
@@ -65,6 +65,7 @@ Item {
 
         anchors.top: system.bottom
         anchors.topMargin: Theme.betweenFields
+        visible: models.visible
         text: qsTr("Models")
     }
 
@@ -74,6 +75,7 @@ Item {
         anchors.top: modelsLabel.bottom
         anchors.topMargin: 4
         width: root.width
+        visible: count > 0
         model: root.screen.models
         onToggled: modelID => root.screen.toggleModel(modelID)
 

@@ -9,10 +9,9 @@ Item {
 
     height: compare.height + (validation.visible ? validation.height + 12 : 0)
 
-    Text {
+    Words {
         anchors { left: parent.left; right: compare.left; rightMargin: 12; verticalCenter: compare.verticalCenter }
         text: root.screen.modelsLabel
-        textFormat: Text.PlainText
         font: Theme.control
         color: Theme.quiet
         elide: Text.ElideRight

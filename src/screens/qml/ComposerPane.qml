@@ -11,7 +11,7 @@ Item {
 
     readonly property alias fieldsSlot: fieldsSlot
     readonly property alias footerSlot: footerSlot
-    readonly property bool isFull: scroll.contentHeight > scroll.height
+    readonly property bool isFull: scroll.contentHeight + root.footer.height + root.padding > root.height
 
     ScrollPane {
         id: scroll

@@ -9,6 +9,7 @@ Column {
     required property string tokens
     required property string cost
 
+    property bool showsError: false
     readonly property bool isNarrow: root.width < 400
 
     signal retryRequested
@@ -27,16 +28,14 @@ Column {
             symbol: Symbols.exclamationmarkCircle
             color: Theme.danger
         }
-        Text {
+        Words {
             id: sentence
 
             anchors { left: icon.right; leftMargin: 8; right: root.isNarrow ? parent.right : buttons.left }
             height: Theme.controlHeight
             text: qsTr("Couldn't get an answer")
-            textFormat: Text.PlainText
             font: Theme.body
             color: Theme.text
-            verticalAlignment: Text.AlignVCenter
             elide: Text.ElideRight
         }
         Row {
@@ -49,9 +48,9 @@ Column {
             TextButton {
                 id: showError
 
-                checkable: true
                 visible: root.error !== ""
                 text: qsTr("Show error")
+                onClicked: root.showsError = !root.showsError
             }
             SecondaryButton {
                 text: qsTr("Retry")
@@ -61,7 +60,7 @@ Column {
     }
 
     SelectableText {
-        visible: showError.checked
+        visible: root.showsError
         width: root.width
         text: root.error
 

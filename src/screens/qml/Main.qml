@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Quorl
 
@@ -30,6 +28,8 @@ Window {
 
     Loader {
         active: root.screens.alert.isShown
+        // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+        // qmllint disable unqualified
         sourceComponent: Alert {
             title: qsTr("Something needs attention")
             message: root.screens.alert.message

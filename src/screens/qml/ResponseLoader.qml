@@ -51,14 +51,13 @@ Item {
         }
     }
 
-    Text {
+    Words {
         id: more
 
         y: mark.height + 16
         width: root.width
         visible: root.detail !== ""
         text: root.detail
-        textFormat: Text.PlainText
         font: Theme.body
         color: Theme.quiet
         wrapMode: Text.Wrap

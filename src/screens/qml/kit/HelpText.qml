@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Templates as T
 import Quorl
@@ -13,6 +11,8 @@ Loader {
 
     active: root.wanted && root.text !== ""
 
+    // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+    // qmllint disable unqualified
     sourceComponent: T.ToolTip {
         visible: true
         delay: 600

@@ -1,22 +1,15 @@
 import QtQuick
-import QtQuick.Templates as T
 import Quorl
 
 // The one main action of a view.
-T.Button {
+BaseButton {
     id: root
 
     property string trailingSymbol
 
-    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: Theme.primaryHeight
     leftPadding: 16
     rightPadding: 16
-    opacity: enabled ? 1 : Theme.disabledOpacity
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
-
-    Accessible.name: root.text
 
     contentItem: ButtonLabel {
         text: root.text

@@ -1,19 +1,11 @@
 import QtQuick
-import QtQuick.Templates as T
 import Quorl
 
-T.Button {
+BaseButton {
     id: root
 
-    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
-    implicitHeight: Theme.controlHeight
     leftPadding: 12
     rightPadding: 12
-    opacity: enabled ? 1 : Theme.disabledOpacity
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
-
-    Accessible.name: root.text
 
     contentItem: ButtonLabel {
         text: root.text

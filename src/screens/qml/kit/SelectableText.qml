@@ -23,7 +23,6 @@ T.TextArea {
     Keys.onTabPressed: root.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: root.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
-    Accessible.role: Accessible.StaticText
     Accessible.readOnly: true
     Accessible.multiLine: true
     Accessible.name: root.text

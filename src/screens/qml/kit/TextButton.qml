@@ -1,24 +1,17 @@
 import QtQuick
-import QtQuick.Templates as T
 import Quorl
 
 // A button of words alone. Whoever places it pulls it out by its padding, so that the words align.
-T.Button {
+BaseButton {
     id: root
 
     property color color: Theme.accent
     property string leadingSymbol
     property string helpText
 
-    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
-    implicitHeight: Theme.controlHeight
     leftPadding: 8
     rightPadding: 8
-    opacity: enabled ? 1 : Theme.disabledOpacity
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
 
-    Accessible.name: root.text
     Accessible.description: root.helpText
 
     HelpText {

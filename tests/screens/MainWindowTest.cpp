@@ -1,0 +1,399 @@
+#include "screens/MainWindow.h"
+
+#include "screens/ScreenHarness.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+
+namespace quorl::test {
+namespace {
+
+// The window as a person has it: what is on it is found by the name that a screen reader would say.
+class MainWindowTest : public testing::Test {
+protected:
+    QQuickWindow& open(QSize size = {1240, 800}) {
+        mainWindow = std::make_unique<MainWindow>(harness.show());
+        window().resize(size);
+        window().requestActivate();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+        settle();
+        return window();
+    }
+
+    QQuickWindow& window() { return mainWindow->window(); }
+
+    // Until what has been asked of the loop and of the layout is done.
+    void settle() {
+        for (int turn = 0; turn < 3; ++turn) {
+            harness.loop.runPosted();
+            QCoreApplication::processEvents();
+            window().grabWindow(); // lays out
+        }
+    }
+
+    QQuickItem* find(const QString& name, QAccessible::Role role) {
+        return findBelow(*window().contentItem(), name, role);
+    }
+    QQuickItem* findButton(const char* name) { return find(QString::fromUtf8(name), QAccessible::Button); }
+    QQuickItem* findText(const char* text) { return find(QString::fromUtf8(text), QAccessible::StaticText); }
+    // Text that can be selected counts as an editor that is only read.
+    QQuickItem* findSelectable(const char* text) { return find(QString::fromUtf8(text), QAccessible::EditableText); }
+
+    void click(QQuickItem* item) {
+        ASSERT_NE(item, nullptr);
+        const QPointF middle(item->width() / 2, item->height() / 2);
+        QTest::mouseClick(&window(), Qt::LeftButton, {}, item->mapToScene(middle).toPoint());
+        settle();
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(&window(), key, modifiers);
+        settle();
+    }
+
+    void type(const char* text) {
+        for (const char* letter = text; *letter; ++letter)
+            QTest::keyClick(&window(), *letter);
+        settle();
+    }
+
+    std::string focused() {
+        QQuickItem* item = window().activeFocusItem();
+        return item ? nameOf(*item).toStdString() : std::string();
+    }
+
+    // A question to those models, asked and answered.
+    void compare(const char* question = "Why?") {
+        type(question);
+        press(Qt::Key_Return, Qt::ControlModifier);
+        ASSERT_TRUE(harness.answered());
+        settle();
+    }
+
+    ModelProfile addChosenModel(const std::string& name) {
+        const ModelProfile model = harness.addReadyModel(name, sortIndex++);
+        chosen.push_back(model.id.text());
+        harness.defaults.setStrings("draft.models", chosen);
+        return model;
+    }
+
+    ScreenHarness harness;
+
+private:
+    static QString nameOf(QQuickItem& item) {
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&item);
+        return accessible ? accessible->text(QAccessible::Name) : QString();
+    }
+
+    static QQuickItem* findBelow(QQuickItem& item, const QString& name, QAccessible::Role role) {
+        if (!item.isVisible())
+            return nullptr;
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&item);
+        if (accessible && accessible->role() == role && accessible->text(QAccessible::Name) == name)
+            return &item;
+        for (QQuickItem* child : item.childItems()) {
+            if (QQuickItem* found = findBelow(*child, name, role))
+                return found;
+        }
+        return nullptr;
+    }
+
+    std::unique_ptr<MainWindow> mainWindow;
+    std::vector<std::string> chosen;
+    std::int64_t sortIndex = 0;
+};
+
+TEST_F(MainWindowTest, OpensOnAnEmptyComparisonWithTheCaretInTheQuestion) {
+    const QQuickWindow& window = open();
+
+    EXPECT_EQ(window.title(), QStringLiteral("Quorl"));
+    EXPECT_EQ(window.minimumSize(), QSize(375, 420));
+    EXPECT_EQ(window.size(), QSize(1240, 800));
+    EXPECT_FALSE(window.icon().isNull());
+    EXPECT_EQ(focused(), "Question");
+    EXPECT_NE(findText("Your model responses will appear here."), nullptr);
+    EXPECT_EQ(findButton("Reset comparison"), nullptr);
+}
+
+TEST_F(MainWindowTest, TypingAndControlReturnAskAndTheAnswerAppears) {
+    addChosenModel("up");
+    harness.endpoint.answer("up", says("That way."));
+    open();
+
+    compare("Which way?");
+
+    EXPECT_EQ(harness.activeAnswers()[0].text, "That way.");
+    EXPECT_EQ(harness.model().library.runAt(0).prompt, "Which way?");
+    EXPECT_NE(findSelectable("That way."), nullptr);
+    EXPECT_NE(findText("1 of 1"), nullptr);
+}
+
+TEST_F(MainWindowTest, TheButtonAsksToo) {
+    addChosenModel("up");
+    open();
+    type("Why?");
+
+    click(findButton("Compare"));
+
+    EXPECT_EQ(harness.model().library.runCount(), 1u);
+    ASSERT_TRUE(harness.answered());
+}
+
+TEST_F(MainWindowTest, AnAnswerIsShownLetterByLetterAndNeverAsMarkup) {
+    addChosenModel("up");
+    const char* markup = "<b>bold</b> &amp; *star* <img src=\"http://127.0.0.1:1/x.png\">";
+    harness.endpoint.answer("up", says(markup));
+    open();
+
+    compare();
+
+    QQuickItem* text = findSelectable(markup);
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->property("textFormat").toInt(), int(Qt::PlainText));
+}
+
+TEST_F(MainWindowTest, ALongWordStaysInsideItsCard) {
+    addChosenModel("up");
+    const std::string word(5000, 'w');
+    harness.endpoint.answer("up", says(word));
+    open();
+
+    compare();
+
+    QQuickItem* text = findSelectable(word.c_str());
+    ASSERT_NE(text, nullptr);
+    EXPECT_LE(text->property("contentWidth").toReal(), text->width());
+    EXPECT_GT(text->height(), 400);
+}
+
+TEST_F(MainWindowTest, ABlankQuestionIsRefusedUnderTheButtonUntilTheNextLetter) {
+    addChosenModel("up");
+    open();
+
+    press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_NE(find(QStringLiteral("Write a question first."), QAccessible::AlertMessage), nullptr);
+
+    type("W");
+    EXPECT_EQ(find(QStringLiteral("Write a question first."), QAccessible::AlertMessage), nullptr);
+}
+
+TEST_F(MainWindowTest, WithoutAReadyModelTheFocusGoesToTheModels) {
+    harness.addReadyModel("up");
+    harness.defaults.setStrings("draft.models", {UUID::random().text()});
+    open();
+    harness.model().draftModelIDs = std::set<UUID>();
+    type("Why?");
+
+    press(Qt::Key_Return, Qt::ControlModifier);
+
+    EXPECT_NE(find(QStringLiteral("Choose at least one ready model."), QAccessible::AlertMessage), nullptr);
+    EXPECT_EQ(focused(), "up");
+}
+
+TEST_F(MainWindowTest, ControlNHidesTheAnswersAndReturnsToTheQuestion) {
+    addChosenModel("up");
+    open();
+    compare();
+    press(Qt::Key_Tab);
+
+    press(Qt::Key_N, Qt::ControlModifier);
+
+    EXPECT_EQ(*harness.model().activeRunID, std::nullopt);
+    EXPECT_EQ(*harness.model().draftPrompt, "Why?");
+    EXPECT_EQ(focused(), "Question");
+    EXPECT_NE(findText("Your model responses will appear here."), nullptr);
+}
+
+TEST_F(MainWindowTest, ResetDoesTheSame) {
+    addChosenModel("up");
+    open();
+    compare();
+
+    click(findButton("Reset comparison"));
+
+    EXPECT_EQ(*harness.model().activeRunID, std::nullopt);
+}
+
+TEST_F(MainWindowTest, AModelIsChosenByClickAndByKey) {
+    const ModelProfile first = addChosenModel("first");
+    const ModelProfile second = addChosenModel("second");
+    open();
+    const auto isChosen = [&](const ModelProfile& model) {
+        return harness.model().draftModelIDs->contains(model.id);
+    };
+
+    click(find(QStringLiteral("second"), QAccessible::CheckBox));
+    EXPECT_TRUE(isChosen(first));
+    EXPECT_FALSE(isChosen(second));
+
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    EXPECT_FALSE(isChosen(first));
+
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(isChosen(second));
+}
+
+TEST_F(MainWindowTest, AModelThatIsNotReadySaysWhyAndCannotBeChosen) {
+    ModelProfile keyless = makeModel();
+    keyless.name = "keyless";
+    harness.file().saveModel(keyless);
+    open();
+
+    QQuickItem* row = find(QStringLiteral("keyless"), QAccessible::CheckBox);
+    ASSERT_NE(row, nullptr);
+    const bool before = harness.model().draftModelIDs->contains(keyless.id);
+    click(row);
+
+    EXPECT_EQ(harness.model().draftModelIDs->contains(keyless.id), before);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(row)->text(QAccessible::Description),
+              QStringLiteral("Add an API key."));
+}
+
+TEST_F(MainWindowTest, TabGoesThroughEverythingInOrderAndLeavesTheTextFields) {
+    addChosenModel("first");
+    addChosenModel("second");
+    harness.endpoint.answer("first", says("That way."));
+    harness.endpoint.answer("second", sample::makeReply(500, R"({"error":{"message":"Tired."}})"));
+    open();
+    compare();
+
+    std::vector<std::string> visited{focused()};
+    for (int i = 0; i < 7; ++i) {
+        press(Qt::Key_Tab);
+        visited.push_back(focused());
+    }
+    EXPECT_EQ(visited, (std::vector<std::string>{"Question", "System prompt", "first", "Compare",
+                                                 "Reset comparison", "That way.", "Show error", "Retry"}));
+
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(focused(), "Show error");
+    EXPECT_EQ(*harness.model().draftPrompt, "Why?");
+}
+
+TEST_F(MainWindowTest, AFailedAnswerShowsItsErrorAndIsAskedAgain) {
+    addChosenModel("up");
+    harness.endpoint.answerInTurn(
+        "up", {sample::makeReply(500, R"({"error":{"message":"Tired."}})"), says("That way.")});
+    open();
+    compare();
+    EXPECT_NE(findText("Couldn't get an answer"), nullptr);
+    EXPECT_EQ(findSelectable("Error: HTTP 500: Tired."), nullptr);
+
+    click(findButton("Show error"));
+    EXPECT_NE(findSelectable("Error: HTTP 500: Tired."), nullptr);
+
+    click(findButton("Retry"));
+    ASSERT_TRUE(harness.answered());
+    settle();
+    EXPECT_NE(findSelectable("That way."), nullptr);
+}
+
+TEST_F(MainWindowTest, WhileAllAreRunningOneLoaderStandsInForThem) {
+    const QuorlRun run = makeRun();
+    ModelAnswer answer = makeAnswer(run.id);
+    answer.modelName = "Slow";
+    harness.file().insertRun(run);
+    harness.file().insertAnswer(answer);
+    open();
+    answer.state = AnswerState::running;
+    harness.model().library.replaceAnswer(answer);
+    harness.model().activeRunID = run.id;
+    settle();
+
+    EXPECT_NE(find(QStringLiteral("Waiting for a response from Slow"), QAccessible::ProgressBar), nullptr);
+    EXPECT_NE(findText("Responses will appear here without moving this workspace."), nullptr);
+}
+
+TEST_F(MainWindowTest, AnAlertTakesTheKeysAndGoesByItsButtonOrEscape) {
+    open();
+    type("Why?");
+    harness.model().alertMessage = "disk I/O error";
+    settle();
+    EXPECT_NE(find(QStringLiteral("Something needs attention"), QAccessible::AlertMessage), nullptr);
+    EXPECT_NE(findSelectable("disk I/O error"), nullptr);
+    EXPECT_EQ(focused(), "OK");
+
+    press(Qt::Key_Return, Qt::ControlModifier);
+    type("x");
+    EXPECT_EQ(*harness.model().draftPrompt, "Why?");
+    EXPECT_EQ(harness.root().draft()->validation(), QString());
+
+    harness.model().alertMessage = "another";
+    settle();
+    EXPECT_NE(findSelectable("another"), nullptr);
+
+    click(findButton("OK"));
+    EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
+    EXPECT_EQ(focused(), "Question");
+
+    harness.model().alertMessage = "once more";
+    settle();
+    press(Qt::Key_Escape);
+    EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
+    EXPECT_EQ(findButton("OK"), nullptr);
+}
+
+TEST_F(MainWindowTest, CardsStandSideBySideWhereEachHasItsWidth) {
+    for (const char* name : {"one", "two", "three"}) {
+        addChosenModel(name);
+        harness.endpoint.answer(name, says(name));
+    }
+    open();
+    compare();
+
+    const auto place = [&](const char* name) { return findSelectable(name)->mapToScene({}); };
+    EXPECT_EQ(place("one").y(), place("two").y());
+    EXPECT_GT(place("two").x(), place("one").x() + 340);
+    EXPECT_GT(place("three").y(), place("one").y());
+
+    window().resize(1700, 800);
+    settle();
+    EXPECT_EQ(place("three").y(), place("one").y());
+
+    window().resize(900, 800);
+    settle();
+    EXPECT_EQ(place("two").x(), place("one").x());
+}
+
+TEST_F(MainWindowTest, InANarrowWindowTheAnswersStandBelowAndArePulledUpByAPress) {
+    addChosenModel("up");
+    harness.endpoint.answer("up", says("That way."));
+    open({420, 800});
+    EXPECT_GT(findText("Your model responses will appear here.")->mapToScene({}).y(),
+              findButton("Compare")->mapToScene({}).y());
+
+    compare();
+
+    EXPECT_LT(findText("1 of 1")->mapToScene({}).y(), 60);
+    EXPECT_EQ(focused(), "Question");
+}
+
+TEST_F(MainWindowTest, TheCaretSurvivesTheChangeOfLayout) {
+    open();
+    type("Wh");
+    window().resize(420, 800);
+    settle();
+    type("y");
+    window().resize(1240, 800);
+    settle();
+    type("?");
+
+    EXPECT_EQ(*harness.model().draftPrompt, "Why?");
+}
+
+TEST_F(MainWindowTest, UndoTakesBackLettersOnly) {
+    open();
+    type("Why?");
+    press(Qt::Key_Z, Qt::ControlModifier);
+
+    EXPECT_EQ(*harness.model().draftPrompt, "");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(*harness.model().draftPrompt, "");
+}
+
+} // namespace
+} // namespace quorl::test

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/Harness.h"
+#include "screens/RootScreen.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+namespace quorl::test {
+
+// The program with the screens over it: two loops take turns, the model's and Qt's.
+class ScreenHarness : public Harness {
+public:
+    ~ScreenHarness() { rootScreen.reset(); } // ahead of its model
+
+    RootScreen& show() {
+        rootScreen = std::make_unique<RootScreen>(start());
+        return *rootScreen;
+    }
+
+    /// Lets a turn of the event loop end.
+    static void endTurn() { QCoreApplication::processEvents(); }
+
+    template <class Condition>
+    [[nodiscard]] bool waitFor(Condition isDone) {
+        return QTest::qWaitFor(
+            [&] {
+                loop.runPosted();
+                return isDone();
+            },
+            60'000);
+    }
+
+    [[nodiscard]] bool answered() {
+        return waitFor([this] { return rootScreen->draft()->hasRun() && !anyRunning(); });
+    }
+
+    RootScreen& root() { return *rootScreen; }
+
+private:
+    bool anyRunning() {
+        for (const ModelAnswer& answer : activeAnswers()) {
+            if (answer.state == AnswerState::running)
+                return true;
+        }
+        return false;
+    }
+
+    std::unique_ptr<RootScreen> rootScreen;
+};
+
+} // namespace quorl::test
