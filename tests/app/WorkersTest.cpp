@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <barrier>
+#include <latch>
 
 using namespace quorl;
 
@@ -25,6 +26,41 @@ TEST(Workers, AllWorkRunsAtTheSameTime) {
     }
 
     EXPECT_EQ(done, count);
+}
+
+TEST(Workers, ManyRoundsOfWorkAreAllDone) {
+    std::atomic<int> done = 0;
+    {
+        Workers workers;
+        for (int round = 0; round < 50; ++round) {
+            // Some rounds find the threads of the one before idle, some find them still at work.
+            std::latch ended(20);
+            for (int i = 0; i < 20; ++i) {
+                workers.start([&] {
+                    ++done;
+                    ended.count_down();
+                });
+            }
+            ended.wait();
+        }
+    }
+
+    EXPECT_EQ(done, 1000);
+}
+
+TEST(Workers, WorkThatStartsWorkDoesNotWaitForItself) {
+    std::atomic<bool> done = false;
+    {
+        Workers workers;
+        workers.start([&] {
+            std::latch inner(1);
+            workers.start([&] { inner.count_down(); });
+            inner.wait();
+            done = true;
+        });
+    }
+
+    EXPECT_TRUE(done);
 }
 
 TEST(Workers, TheEndWaitsForAllWork) {

@@ -4,6 +4,7 @@
 #include "sample-endpoint/SampleEndpoint.h"
 #include "support/Builders.h"
 #include "transports/HTTPSession.h"
+#include "transports/tools/ToolStage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,13 +37,14 @@ protected:
     }
 
     DecisionOutcome complete(const DecisionRequest& request) const {
-        return router.complete(request, secret, "/nowhere");
+        return router.complete(request, secret, stage.scratch);
     }
 
     std::string messageOf(const DecisionRequest& request) const {
         return complete(request).errorMessage.value_or("");
     }
 
+    ToolStage stage; // no tool of this machine is found
     SampleEndpoint endpoint;
     HTTPSession session;
     DecisionRouter router{session};
@@ -170,7 +172,8 @@ TEST_F(DecisionRouterTest, NuvelNeedsAKeyAtItsHostedHostOnly) {
     EXPECT_EQ(complete(request).text, "Yes.");
     for (const char* local : {"", "api.nuvel.example"}) {
         request.model.endpoint = local;
-        EXPECT_EQ(messageOf(request), "Quorl can't ask Nuvel models yet.") << local;
+        EXPECT_EQ(messageOf(request), "Couldn't find the nuvel-rs CLI. Ombrel uses the same library.")
+            << local;
     }
 
     for (const char* hosted :
@@ -242,6 +245,7 @@ TEST_F(DecisionRouterTest, AModelIsAskedOnlyWhatItsFamilyAnswers) {
         secret.awsAccessKey = "AKIA0123456789";
         secret.awsSecretKey = "secret";
         DecisionRequest request = makeRequest(provider);
+        request.model.executablePath = stage.tool("echo '{}'"); // a missing tool would be told first
         if (request.kind == QuorlKind::decision) {
             request.kind = QuorlKind::generation;
             request.questions = {}; // not looked at
@@ -304,10 +308,37 @@ TEST_F(DecisionRouterTest, BedrockIsAskedInTheModelsRegion) {
     EXPECT_EQ(messageOf(request), "Couldn't build the Bedrock URL.");
 }
 
-TEST_F(DecisionRouterTest, AModelThatCannotBeAskedYetSaysSo) {
-    EXPECT_EQ(messageOf(makeRequest(ProviderKind::claudeCode)), "Quorl can't ask Claude Code models yet.");
-    EXPECT_EQ(messageOf(makeRequest(ProviderKind::codex)), "Quorl can't ask Codex models yet.");
+TEST_F(DecisionRouterTest, AToolThatIsNotThereIsTold) {
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::claudeCode)),
+              "Couldn't find the Claude Code CLI. Set its path in Models.");
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::codex)),
+              "Couldn't find the Codex CLI. Set its path in Models.");
     EXPECT_TRUE(endpoint.requests().empty());
+}
+
+TEST_F(DecisionRouterTest, AToolAnswersWithoutAModelId) {
+    secret = {};
+    DecisionRequest claude = makeRequest(ProviderKind::claudeCode);
+    claude.model.modelIdentifier = "";
+    claude.model.executablePath = stage.tool("echo '{\"result\":\"up\"}'", "own-claude");
+    DecisionRequest codex = makeRequest(ProviderKind::codex);
+    codex.model.modelIdentifier = "";
+    codex.model.executablePath = stage.tool(
+        R"(echo '{"type":"item.completed","item":{"type":"agent_message","text":"down"}}')", "own-codex");
+
+    EXPECT_EQ(complete(claude).text, "up");
+    EXPECT_EQ(complete(codex).text, "down");
+}
+
+TEST_F(DecisionRouterTest, LocalNuvelIsAskedThroughItsToolOnceItsQuestionsAreValid) {
+    secret = {};
+    DecisionRequest request = makeRequest(ProviderKind::nuvel);
+    request.model.endpoint = "";
+    request.model.executablePath = stage.tool(R"(echo '{"answers":{}}')", "own-nuvel");
+    EXPECT_EQ(complete(request).text, "{\n  \"answers\": {}\n}");
+
+    request.questions.clear();
+    EXPECT_EQ(messageOf(request), "Add a question.");
 }
 
 } // namespace
