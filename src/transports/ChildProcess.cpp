@@ -100,7 +100,7 @@ std::vector<std::string> variablesOf(const std::map<std::string, std::string>& e
     std::vector<std::string> variables;
     variables.reserve(environment.size());
     for (const auto& [name, value] : environment)
-        variables.push_back(name + '=' + value);
+        variables.emplace_back(name).append("=").append(value);
     return variables;
 }
 

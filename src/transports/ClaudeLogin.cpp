@@ -17,9 +17,11 @@ namespace {
 
 using Links = LoginBuffer::Links;
 
+constexpr std::size_t pipeCapacity = 65'536; // Linux's own; one read takes all that a pipe holds
+
 // What one read gives; empty at the end.
 std::string readChunk(const Descriptor& pipe) {
-    std::string chunk(64 * 1024, '\0');
+    std::string chunk(pipeCapacity, '\0');
     ssize_t count = 0;
     do
         count = read(pipe.get(), chunk.data(), chunk.size());

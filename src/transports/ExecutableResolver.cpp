@@ -88,12 +88,13 @@ std::optional<std::string> codexVendorBinary() {
     std::vector<std::string> roots{versions, std::string("/opt/homebrew") + package,
                                    std::string("/usr/local") + package};
     for (const std::string& version : listing(versions))
-        roots.push_back(versions + '/' + version + package);
+        roots.emplace_back(versions).append("/").append(version).append(package);
 
     std::vector<std::string> candidates;
     for (const std::string& root : roots) {
         for (const std::string& entry : listing(root)) {
-            std::string candidate = root + '/' + entry + "/codex/codex";
+            std::string candidate(root);
+            candidate.append("/").append(entry).append("/codex/codex");
             if (isExecutable(candidate))
                 candidates.push_back(std::move(candidate));
         }
