@@ -1,5 +1,6 @@
 #include "base/Json.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quorl::Json {
@@ -9,6 +10,10 @@ namespace {
 // Counted on the text before it is parsed: the parser itself does not recurse, but what walks its result
 // does.
 bool isNestedTooDeep(std::string_view text) {
+    // Most documents have not even as many brackets as levels are allowed, and counting them is far cheaper.
+    const auto isOpening = [](char character) { return character == '[' || character == '{'; };
+    if (static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isOpening)) <= maximumDepth)
+        return false;
     std::size_t depth = 0;
     bool inString = false;
     for (std::size_t place = 0; place < text.size(); ++place) {

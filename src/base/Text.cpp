@@ -72,6 +72,18 @@ void walkCharacters(std::string_view text, Visit visit) {
     kept = std::move(characters);
 }
 
+// What most texts are.
+bool isASCII(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; });
+}
+
+std::string lowercasedASCII(std::string_view text) {
+    std::string result(text);
+    for (char& byte : result)
+        byte = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+    return result;
+}
+
 icu::UnicodeString unicodeOf(std::string_view text) {
     return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), lengthOf(text)));
 }
@@ -139,16 +151,21 @@ bool isBlank(std::string_view text) {
 }
 
 std::string lowercased(std::string_view text) {
+    if (isASCII(text))
+        return lowercasedASCII(text);
     std::string result;
     unicodeOf(text).toLower(icu::Locale::getRoot()).toUTF8String(result);
     return result;
 }
 
 std::string capitalized(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    // Making one reads ICU's rules; a thread needs it once.
+    thread_local const std::unique_ptr<icu::BreakIterator> words(
+        icu::BreakIterator::createWordInstance(icu::Locale::getRoot(), status));
+    assert(words);
     std::string result;
-    icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), lengthOf(text)))
-        .toTitle(nullptr, icu::Locale::getRoot())
-        .toUTF8String(result);
+    unicodeOf(text).toTitle(words.get(), icu::Locale::getRoot()).toUTF8String(result);
     return result;
 }
 
@@ -168,14 +185,10 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
 
 std::string folded(std::string_view text) {
     const bool isTurkish = hasTurkishCase(icu::Locale::getDefault());
+    // Searching folds every text of the library with every key press.
+    if (!isTurkish && isASCII(text))
+        return lowercasedASCII(text);
     std::string result;
-    // What most texts are; searching folds every text of the library with every key press.
-    if (!isTurkish && std::all_of(text.begin(), text.end(), [](char byte) { return (byte & 0x80) == 0; })) {
-        result = text;
-        for (char& byte : result)
-            byte = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-        return result;
-    }
     UErrorCode status = U_ZERO_ERROR;
     // Composed before, for the Turkish capital with its dot, and after, so that no letter is found in its
     // accented form.
@@ -199,6 +212,12 @@ bool precedesIgnoringCase(std::string_view left, std::string_view right) {
 
 void forEachCharacter(std::string_view text,
                       const std::function<void(std::string_view character, CharacterClass)>& visit) {
+    // Of ASCII, only a carriage return and a line feed make one character of two.
+    if (isASCII(text) && text.find('\r') == std::string_view::npos) {
+        for (std::size_t place = 0; place < text.size(); ++place)
+            visit(text.substr(place, 1), classOf(text[place]));
+        return;
+    }
     walkCharacters(text, [&](std::size_t start, std::size_t end) {
         auto offset = static_cast<std::int32_t>(start);
         visit(text.substr(start, end - start), classOf(nextCodePoint(text, offset)));

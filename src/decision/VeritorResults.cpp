@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace quorl::Veritor {
@@ -16,15 +17,21 @@ namespace {
 
 constexpr std::string_view separator = "  ·  ";
 
-std::string joined(const std::vector<std::string>& parts, std::string_view between) {
-    std::string text;
-    for (const auto& part : parts) {
-        if (&part != &parts.front())
-            text += between;
-        text += part;
+// Lines of text that are written as they come.
+class Lines {
+public:
+    /// Begins the next line, to be appended to.
+    std::string& next() {
+        if (std::exchange(hasLines, true))
+            all += '\n';
+        return all;
     }
-    return text;
-}
+    std::string take() { return std::move(all); }
+
+private:
+    std::string all;
+    bool hasLines = false;
+};
 
 // Halves away from zero. What no service means, a probability of billions, stops at what the integer holds.
 std::int64_t roundedPercent(double fraction) {
@@ -46,30 +53,26 @@ std::string decimal(double value) {
     return {digits, end.ptr};
 }
 
-std::string probabilityLine(const Json::Value& probabilities) {
-    std::vector<std::string> entries;
+void addProbabilityLine(const Json::Value& probabilities, Lines& lines) {
+    std::string& line = lines.next();
+    std::string_view between;
     for (const auto& [label, value] : probabilities.items()) {
-        if (const auto probability = Json::number(&value))
-            entries.push_back(label + " " + percent(*probability));
+        if (const auto probability = Json::number(&value)) {
+            line.append(between).append(label).append(" ").append(percent(*probability));
+            between = "   ";
+        }
     }
-    return joined(entries, "   ");
 }
 
-// The texts of an object in the order of its keys, or of an array; none of anything else.
-std::vector<std::string> legendTexts(const Json::Value* legend) {
-    std::vector<std::string> texts;
-    if (!legend || !legend->is_structured())
-        return texts;
-    for (const auto& entry : *legend) {
-        if (const auto* const text = Json::text(&entry))
-            texts.push_back(*text);
+// The texts of an object, in the order of its keys, or of an array.
+void addLegendLine(const Json::Value& legend, Lines& lines) {
+    std::string* line = nullptr; // begun by the first text: without any there is none
+    for (const auto& entry : legend) {
+        if (const auto* const text = Json::text(&entry)) {
+            line = line ? &line->append(separator) : &lines.next();
+            line->append(*text);
+        }
     }
-    return texts;
-}
-
-std::string textOrEmpty(const Json::Value* value) {
-    const auto* const text = Json::text(value);
-    return text ? *text : "";
 }
 
 std::optional<DecisionQuestionType> typeOf(const Json::Value& answer) {
@@ -81,45 +84,49 @@ std::string noulText(const Json::Value& answer) {
     return percent(Json::number(Json::find(answer, "noul")).value_or(0)) + " yes";
 }
 
-void addChoiceLines(const std::string& key, const Json::Value& answer, std::vector<std::string>& lines) {
-    lines.push_back(key + std::string(separator) + textOrEmpty(Json::find(answer, "choice")));
+void addChoiceLines(const std::string& key, const Json::Value& answer, Lines& lines) {
+    std::string& line = lines.next().append(key).append(separator);
+    if (const auto* const choice = Json::text(Json::find(answer, "choice")))
+        line.append(*choice);
     if (const auto* const probabilities = Json::object(Json::find(answer, "probabilities")))
-        lines.push_back(probabilityLine(*probabilities));
+        addProbabilityLine(*probabilities, lines);
 }
 
-void addScoreLines(const std::string& key, const Json::Value& answer, std::vector<std::string>& lines) {
-    const auto score = Json::number(Json::find(answer, "score"));
-    lines.push_back(key + std::string(separator) + (score ? decimal(*score) : ""));
-    if (const auto legend = legendTexts(Json::find(answer, "legend")); !legend.empty())
-        lines.push_back(joined(legend, separator));
+void addScoreLines(const std::string& key, const Json::Value& answer, Lines& lines) {
+    std::string& line = lines.next().append(key).append(separator);
+    if (const auto score = Json::number(Json::find(answer, "score")))
+        line.append(decimal(*score));
+    const auto* const legend = Json::find(answer, "legend");
+    if (legend && legend->is_structured())
+        addLegendLine(*legend, lines);
 }
 
-void addLines(const std::string& key, const Json::Value& answer, std::vector<std::string>& lines) {
+void addAnswerLines(const std::string& key, const Json::Value& answer, Lines& lines) {
     const auto type = typeOf(answer);
     if (type == DecisionQuestionType::choice)
         addChoiceLines(key, answer, lines);
     else if (type == DecisionQuestionType::score)
         addScoreLines(key, answer, lines);
     else if (type == DecisionQuestionType::noul)
-        lines.push_back(key + std::string(separator) + noulText(answer));
+        lines.next().append(key).append(separator).append(noulText(answer));
     else
-        lines.push_back(key);
+        lines.next().append(key);
 
     if (const auto confidence = Json::number(Json::find(answer, "confidence")))
-        lines.push_back("confidence " + percent(*confidence));
+        lines.next().append("confidence ").append(percent(*confidence));
     if (const auto act = Json::number(Json::find(Json::find(answer, "action"), "act_probability")))
-        lines.push_back("act " + percent(*act));
+        lines.next().append("act ").append(percent(*act));
 }
 
 std::string summaryOf(const Json::Value& response, const Json::Value& answers) {
-    std::vector<std::string> lines;
-    if (auto model = textOrEmpty(Json::find(response, "model")); !model.empty())
-        lines.push_back(std::move(model));
+    Lines lines;
+    if (const auto* const model = Json::text(Json::find(response, "model")); model && !model->empty())
+        lines.next().append(*model);
     for (const auto& [key, answer] : answers.items()) {
         if (answer.is_object())
-            addLines(key, answer, lines);
+            addAnswerLines(key, answer, lines);
     }
-    return joined(lines, "\n");
+    return lines.take();
 }
 
 std::optional<std::string> nonEmpty(const Json::Value* value) {
@@ -216,14 +223,16 @@ std::string answerText(DecisionQuestionType type, const Json::Value& answer) {
 std::vector<DecisionResult::Signal> signalsOf(const Json::Value& answer) {
     std::vector<DecisionResult::Signal> found;
     if (const auto* const probabilities = Json::object(Json::find(answer, "probabilities"))) {
+        found.reserve(probabilities->size());
         for (const auto& [label, value] : probabilities->items()) {
             if (const auto probability = Json::number(&value))
                 found.push_back({label, roundedPercent(*probability)});
         }
     }
-    // Equals stay in the order of their labels, so that a card looks the same every time.
-    std::stable_sort(found.begin(), found.end(),
-                     [](const auto& left, const auto& right) { return left.percent > right.percent; });
+    // Equals in the order of their labels, so that a card looks the same every time.
+    std::sort(found.begin(), found.end(), [](const auto& left, const auto& right) {
+        return std::tie(right.percent, left.label) < std::tie(left.percent, right.label);
+    });
     return found;
 }
 
@@ -273,14 +282,14 @@ std::string summary(std::string_view text) {
 }
 
 std::string preview(std::string_view questionsJSON) {
-    std::vector<std::string> lines;
+    Lines lines;
     for (const auto& question : restore(questionsJSON)) {
-        std::string line(typeWord(question.type));
+        std::string& line = lines.next().append(typeWord(question.type));
         if (const auto name = Text::trimmed(question.name); !name.empty())
             line.append(" · ").append(name);
-        lines.push_back(line.append(" · ").append(Text::trimmed(question.instructions)));
+        line.append(" · ").append(Text::trimmed(question.instructions));
     }
-    return joined(lines, "\n");
+    return lines.take();
 }
 
 std::vector<DecisionResult> decisionResults(std::string_view text,

@@ -226,5 +226,18 @@ TEST(JsonTyped, NumbersAreWholeOrNot) {
     EXPECT_EQ(Json::number(&value[2]), 18446744073709551615.0);
 }
 
+TEST(JsonTyped, CountsAreCutOffTowardZero) {
+    const auto value = parsed(R"([7,7.9,-7.9,9007199254740993,18446744073709551615,1e300,"7",true,null])");
+    using Count = std::optional<std::int64_t>;
+
+    EXPECT_EQ(Json::truncatedCount(&value[0]), 7);
+    EXPECT_EQ(Json::truncatedCount(&value[1]), 7);
+    EXPECT_EQ(Json::truncatedCount(&value[2]), -7);
+    EXPECT_EQ(Json::truncatedCount(&value[3]), 9007199254740993);
+    for (std::size_t place = 4; place < value.size(); ++place)
+        EXPECT_EQ(Json::truncatedCount(&value[place]), Count()) << place;
+    EXPECT_EQ(Json::truncatedCount(nullptr), Count());
+}
+
 } // namespace
 } // namespace quorl::test

@@ -100,6 +100,14 @@ TEST(TextLowercased, FollowsUnicodeInEveryLocale) {
     EXPECT_EQ(Text::lowercased("A\xFF"), "a\uFFFD");
 }
 
+TEST(TextCapitalized, RaisesTheFirstLetterOfEachWordAndLowersTheRest) {
+    EXPECT_EQ(Text::capitalized("risk LEVEL 2"), "Risk Level 2");
+    EXPECT_EQ(Text::capitalized("élan  vital\ndon't"), "Élan  Vital\nDon't");
+    EXPECT_EQ(Text::capitalized("ǆ ﬁn"), "ǅ Fin");
+    EXPECT_EQ(Text::capitalized(""), "");
+    EXPECT_EQ(Text::capitalized("再来"), "再来");
+}
+
 TEST(TextFirstCharacters, CountsGraphemeClusters) {
     EXPECT_EQ(Text::firstCharacters("abc", 2), "ab");
     EXPECT_EQ(Text::firstCharacters("abc", 3), "abc");
@@ -188,6 +196,15 @@ TEST(TextCharacters, AreVisitedFromStartToEnd) {
     EXPECT_EQ(charactersOf(""), std::vector<std::string>());
     EXPECT_EQ(charactersOf(std::string_view()), std::vector<std::string>());
     EXPECT_EQ(charactersOf("\0\xFF"s), (std::vector<std::string>{"\0"s, "\xFF"}));
+}
+
+TEST(TextCharacters, ACarriageReturnAndItsLineFeedAreOne) {
+    std::vector<std::string> seen;
+    Text::forEachCharacter("a\r\nb\n\r", [&](std::string_view character, Text::CharacterClass) {
+        seen.emplace_back(character);
+    });
+
+    EXPECT_EQ(seen, (std::vector<std::string>{"a", "\r\n", "b", "\n", "\r"}));
 }
 
 TEST(TextCharacters, AVisitMayWalkAnotherText) {

@@ -179,6 +179,12 @@ TEST(VeritorInterpret, ALegendIsItsTextsInOneLine) {
         EXPECT_EQ(legendLines(none), "key  ·  1") << none;
 }
 
+TEST(VeritorInterpret, EmptyTextsKeepTheirPlace) {
+    EXPECT_EQ(linesOf(R"({"type":"score","score":1,"legend":["","high"]})"), "key  ·  1\n  ·  high");
+    EXPECT_EQ(linesOf(R"({"type":"score","score":1,"legend":[""]})"), "key  ·  1\n");
+    EXPECT_EQ(interpret(R"({"answers":{"":{"confidence":1}}})").summary, "\nconfidence 100%");
+}
+
 TEST(VeritorInterpret, ANoulIsThePercentageOfYes) {
     EXPECT_EQ(linesOf(R"({"type":"noul","noul":0.875})"), "key  ·  88% yes");
     EXPECT_EQ(linesOf(R"({"type":"noul","noul":1})"), "key  ·  100% yes");
