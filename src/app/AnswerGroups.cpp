@@ -119,25 +119,38 @@ void AnswerGroups::dropFrom(Slot slot, std::size_t place) {
 }
 
 void AnswerGroups::Refill::expect(const UUID& runID, std::size_t count) {
-    groups.groups[groups.slotOrNew(runID)].answers.reserve(count);
-    expected += count;
+    expectedIndex.insert(runID, static_cast<Slot>(expected.size()));
+    expected.push_back({runID, count});
+    expectedInAll += count;
+}
+
+std::size_t AnswerGroups::Refill::expectedOf(const UUID& runID) const {
+    std::size_t count = 0;
+    expectedIndex.forEachCandidate(runID, [&](Slot place) {
+        if (expected[place].runID == runID)
+            count = expected[place].count;
+    });
+    return count;
 }
 
 void AnswerGroups::Refill::add(ModelAnswer&& answer) {
-    if (expected > 0)
-        groups.answerIndex.reserve(std::exchange(expected, 0));
-    const Slot slot = groups.slotOrNew(answer.runID);
+    if (expectedInAll > 0)
+        groups.answerIndex.reserve(std::exchange(expectedInAll, 0));
+    const auto present = groups.slotOf(answer.runID);
+    const Slot slot = present ? *present : groups.slotOrNew(answer.runID);
+    if (!present)
+        groups.groups[slot].answers.reserve(expectedOf(answer.runID));
     Group& group = groups.groups[slot];
     if (group.refilled == group.answers.size()) {
         groups.answerIndex.insert(answer.id, slot);
         group.answers.push_back(std::move(answer));
         group.differs = true;
-    } else if (ModelAnswer& present = group.answers[group.refilled]; present != answer) {
-        if (present.id != answer.id) {
-            groups.answerIndex.erase(present.id, slot);
+    } else if (ModelAnswer& old = group.answers[group.refilled]; old != answer) {
+        if (old.id != answer.id) {
+            groups.answerIndex.erase(old.id, slot);
             groups.answerIndex.insert(answer.id, slot);
         }
-        present = std::move(answer);
+        old = std::move(answer);
         group.differs = true;
     }
     ++group.refilled;
@@ -147,12 +160,11 @@ std::vector<UUID> AnswerGroups::Refill::finish() {
     std::vector<UUID> changed;
     for (Slot slot = 0; slot < groups.groups.end(); ++slot) {
         Group& group = groups.groups[slot];
+        if (group.answers.empty())
+            continue; // the slot of a group that was removed before
         if (group.refilled == 0) {
-            if (!group.answers.empty())
-                changed.push_back(group.runID);
-            // One that was erased before is in no index and must not be freed twice.
-            if (groups.slotOf(group.runID) == slot)
-                groups.removeGroup(slot);
+            changed.push_back(group.runID);
+            groups.removeGroup(slot);
             continue;
         }
         if (group.refilled < group.answers.size()) {

@@ -35,7 +35,7 @@ public:
 private:
     struct Group {
         UUID runID;
-        std::vector<ModelAnswer> answers; // never empty in a group that is used, outside a refill
+        std::vector<ModelAnswer> answers; // never empty in a group that is used
         std::uint32_t refilled = 0;
         bool differs = false;
     };
@@ -61,8 +61,19 @@ public:
     [[nodiscard]] std::vector<UUID> finish();
 
 private:
+    struct Expected {
+        UUID runID;
+        std::size_t count;
+    };
+
+    [[nodiscard]] std::size_t expectedOf(const UUID& runID) const;
+
     AnswerGroups& groups;
-    std::size_t expected = 0;
+    // Not made as groups at once: these stand in memory in the order in which their first answers come, and
+    // the next ones come in the same order.
+    std::vector<Expected> expected;
+    IDIndex expectedIndex;
+    std::size_t expectedInAll = 0;
 };
 
 } // namespace quorl
