@@ -73,7 +73,7 @@ Q_SIGNALS:
     void validationChanged();
     void answersChanged();
     void questionFocusRequested();
-    void modelsRequested(); // a model must be chosen before there can be an answer
+    void modelsRequested();   // a model must be chosen before there can be an answer
     void comparisonStarted(); // its answers are on show
 
 private:

@@ -39,7 +39,9 @@ protected:
     QQuickItem* findButton(const char* name) { return find(QString::fromUtf8(name), QAccessible::Button); }
     QQuickItem* findText(const char* text) { return find(QString::fromUtf8(text), QAccessible::StaticText); }
     // Text that can be selected counts as an editor that is only read.
-    QQuickItem* findSelectable(const char* text) { return find(QString::fromUtf8(text), QAccessible::EditableText); }
+    QQuickItem* findSelectable(const char* text) {
+        return find(QString::fromUtf8(text), QAccessible::EditableText);
+    }
 
     void click(QQuickItem* item) {
         ASSERT_NE(item, nullptr);

@@ -9,6 +9,7 @@ T.Popup {
     required property string title
     required property string message
 
+    readonly property AlertPanel panel: root.contentItem as AlertPanel
     property Item interrupted // had the keyboard before
 
     signal dismissed
@@ -26,6 +27,7 @@ T.Popup {
     visible: true
     closePolicy: T.Popup.CloseOnEscape
     onAboutToShow: root.interrupted = root.parent.Window.activeFocusItem
+    onOpened: root.panel.focusButton()
     onClosed: {
         if (root.interrupted)
             root.interrupted.forceActiveFocus(Qt.PopupFocusReason);

@@ -10,9 +10,13 @@ FocusScope {
 
     signal accepted
 
+    // Shows the ring too: an alert comes unasked, and one has to see that Return will press it.
+    function focusButton() {
+        ok.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     implicitHeight: heading.height + 8 + words.contentHeight + 20 + ok.height
     focus: true
-    Component.onCompleted: ok.forceActiveFocus(Qt.TabFocusReason)
 
     Accessible.role: Accessible.AlertMessage
     Accessible.name: root.title

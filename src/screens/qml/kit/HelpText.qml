@@ -16,7 +16,7 @@ Loader {
     sourceComponent: T.ToolTip {
         visible: true
         delay: 600
-        y: -implicitHeight - 6
+        y: root.parent.height + 6
         margins: 12
         padding: 6
         leftPadding: 8

@@ -1,0 +1,110 @@
+// From the start of a process to the first frame on the screen: the program's window on an empty library,
+// beside a blank Qt Quick window. Each start is a process of its own, the two kinds take turns, so that both
+// see the same machine.
+
+#include "app/AppModel.h"
+#include "app/Workers.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "screens/Graphics.h"
+#include "screens/MainWindow.h"
+#include "screens/RootScreen.h"
+#include "transports/DecisionRouter.h"
+#include "transports/HTTPSession.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int starts = 15;
+
+std::int64_t microsecondsNow() {
+    using namespace std::chrono;
+    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+// Ends the process with the first frame. The time goes to standard output.
+void reportFirstFrame(const QQuickWindow& window, std::int64_t startedAt) {
+    QObject::connect(&window, &QQuickWindow::frameSwapped, [startedAt] {
+        std::printf("%lld\n", static_cast<long long>(microsecondsNow() - startedAt));
+        std::fflush(stdout);
+        std::_Exit(0);
+    });
+}
+
+int showBlank(std::int64_t startedAt) {
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQuick\nWindow { width: 1240; height: 800; visible: true }", QUrl());
+    const std::unique_ptr<QObject> window(component.create());
+    reportFirstFrame(*qobject_cast<QQuickWindow*>(window.get()), startedAt);
+    return QGuiApplication::exec();
+}
+
+int showProgram(std::int64_t startedAt) {
+    quorl::LinuxPlatform desktop;
+    quorl::HTTPSession session;
+    const quorl::DecisionRouter router(session);
+    quorl::Workers workers;
+    quorl::AppModel model(desktop.services, router, workers);
+    quorl::RootScreen screens(model);
+    quorl::MainWindow window(screens);
+    reportFirstFrame(window.window(), startedAt);
+    return QGuiApplication::exec();
+}
+
+// Milliseconds; every start has a home of its own.
+double measure(const QString& program, const QString& kind) {
+    const QTemporaryDir home;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+        environment.insert(QString::fromLatin1(variable), home.path());
+    QProcess child;
+    child.setProcessEnvironment(environment);
+    child.start(program, {kind, QString::number(microsecondsNow())});
+    child.waitForFinished();
+    return child.readAllStandardOutput().trimmed().toDouble() / 1000;
+}
+
+void report(const char* what, std::vector<double> times) {
+    std::sort(times.begin(), times.end());
+    std::printf("%-16s median %6.1f ms   fastest %6.1f ms   slowest %6.1f ms\n", what,
+                times[times.size() / 2], times.front(), times.back());
+}
+
+int compare(const QString& program) {
+    std::vector<double> blank;
+    std::vector<double> real;
+    for (int start = 0; start < starts; ++start) {
+        blank.push_back(measure(program, QStringLiteral("blank")));
+        real.push_back(measure(program, QStringLiteral("program")));
+    }
+    report("blank window", blank);
+    report("program", real);
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc < 3) {
+        const QCoreApplication application(argc, argv);
+        return compare(QCoreApplication::applicationFilePath());
+    }
+    quorl::forbidBusAutolaunch();
+    quorl::chooseRenderer();
+    const QGuiApplication application(argc, argv);
+    const std::int64_t startedAt = std::atoll(argv[2]);
+    return std::string(argv[1]) == "blank" ? showBlank(startedAt) : showProgram(startedAt);
+}
