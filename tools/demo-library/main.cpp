@@ -94,6 +94,7 @@ ModelProfile profileOf(const DemoModel& demo, const std::string& endpoint, std::
 
 std::vector<ModelProfile> modelsAt(const std::string& endpoint) {
     std::vector<ModelProfile> models;
+    models.reserve(demoModels.size());
     for (const auto& demo : demoModels)
         models.push_back(profileOf(demo, endpoint, static_cast<std::int64_t>(models.size())));
     return models;
