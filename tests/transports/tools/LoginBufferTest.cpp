@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <latch>
 #include <thread>
 #include <vector>
 
@@ -90,13 +91,20 @@ TEST_F(LoginBufferTest, AChunkThatIsEmptyOrNotUTF8IsIgnored) {
     EXPECT_EQ(buffer.redacted(), "fine");
 }
 
-TEST_F(LoginBufferTest, TwoRacingStreamsOpenOneURL) {
-    for (int round = 0; round < 50; ++round) {
+TEST_F(LoginBufferTest, RacingStreamsOpenOneURL) {
+    // So long that every stream is at its end before the first has found that.
+    const std::string url = "https://one.example/" + std::string(20'000, 'x');
+    for (int round = 0; round < 10; ++round) {
         std::atomic<int> count = 0;
         LoginBuffer shared([&](const std::string&) { ++count; });
+        std::latch start(4);
         std::vector<std::thread> streams;
-        for (int stream = 0; stream < 4; ++stream)
-            streams.emplace_back([&] { shared.append("https://one.example\n", Links::open); });
+        for (int stream = 0; stream < 4; ++stream) {
+            streams.emplace_back([&] {
+                start.arrive_and_wait();
+                shared.append(url + '\n', Links::open);
+            });
+        }
         for (std::thread& stream : streams)
             stream.join();
         EXPECT_EQ(count, 1);
