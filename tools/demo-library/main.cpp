@@ -169,7 +169,7 @@ void fillDefaults(const std::filesystem::path& file) {
 // Without an absolute path the program's own rules lead to the user's home, and the demo's models would land
 // among the user's own.
 bool namesFolder(const char* variable) {
-    const char* const value = std::getenv(variable);
+    const char* const value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): nothing sets variables
     return value && *value == '/';
 }
 
