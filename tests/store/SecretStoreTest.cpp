@@ -20,7 +20,7 @@ struct Secrets {
     const ModelSecret secret{"key", "access", "secret", "token"};
 };
 
-// A keychain in which whoever reads is held up until the other has asked too.
+// A keychain that gives the other thread its chance in the middle of a read.
 class SlowKeychain : public FakeKeychain {
 public:
     std::optional<std::string> copy(const std::string& name, const std::string& account) override {
