@@ -24,7 +24,7 @@ struct World {
         endpoint.answer("bench", sample::Completion{.text = "up", .inputTokens = 9, .outputTokens = 1});
         const auto file = SupportPaths::directory(folder.path()) / "quorl.sqlite";
         if (size == large)
-            std::filesystem::copy_file(largeLibrary(100'000, 5), file);
+            std::filesystem::copy_file(largeLibrary(100'000), file);
         program = std::make_unique<Program>(folder.path(), models, endpoint);
     }
 

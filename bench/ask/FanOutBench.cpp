@@ -167,6 +167,44 @@ void BM_AskOnDisk(benchmark::State& state) {
     askRounds(state, false);
 }
 
+// The rows of one `ask` and nothing else, with a statement prepared for each as the store does.
+void BM_BareRows(benchmark::State& state) {
+    QuorlStore store(":memory:");
+    for (auto _ : state) {
+        const QuorlRun run = test::makeRun();
+        std::vector<ModelAnswer> answers;
+        for (std::int64_t i = 0; i < state.range(0); ++i)
+            answers.push_back(test::makeAnswer(run.id, i));
+        const auto start = SteadyClock::now();
+        store.insertRun(run);
+        for (const ModelAnswer& answer : answers)
+            store.insertAnswer(answer);
+        state.SetIterationTime(std::chrono::duration<double>(SteadyClock::now() - start).count());
+    }
+}
+
+// N requests through the workers, the router and the session, with no row written.
+void BM_ConnectionTests(benchmark::State& state) {
+    const int number = static_cast<int>(state.range(0));
+    const test::TempFolder folder;
+    std::filesystem::create_directories(SupportPaths::directory(folder.path()) / "quorl.sqlite");
+    Endpoint endpoint;
+    Program program(folder.path(), number, endpoint.server);
+    const auto round = [&] {
+        endpoint.arrivals.expect(number);
+        const auto start = SteadyClock::now();
+        for (const ModelProfile& profile : program.model->library.models())
+            program.model->test(profile);
+        const double seconds = endpoint.arrivals.secondsSince(start);
+        program.loop.waitForPosted(static_cast<std::size_t>(number));
+        program.loop.runPosted();
+        return seconds;
+    };
+    round();
+    for (auto _ : state)
+        state.SetIterationTime(round());
+}
+
 void arguments(benchmark::internal::Benchmark* benchmark) {
     benchmark->ArgNames({"requests", "fresh"})
         ->ArgsProduct({{5, 50, 500}, {kept, fresh}})
@@ -177,7 +215,21 @@ void arguments(benchmark::internal::Benchmark* benchmark) {
         ->ReportAggregatesOnly();
 }
 
+void numbers(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgName("requests")
+        ->Arg(5)
+        ->Arg(50)
+        ->Arg(500)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(15)
+        ->Repetitions(3)
+        ->ReportAggregatesOnly();
+}
+
 BENCHMARK(BM_BareMulti)->Apply(arguments);
+BENCHMARK(BM_BareRows)->Apply(numbers);
+BENCHMARK(BM_ConnectionTests)->Apply(numbers);
 BENCHMARK(BM_AskInMemory)->Apply(arguments);
 BENCHMARK(BM_AskOnDisk)->Args({5, kept})->Args({50, kept})->UseManualTime()->Unit(benchmark::kMillisecond);
 
