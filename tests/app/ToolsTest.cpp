@@ -1,6 +1,6 @@
 #include "app/Harness.h"
 #include "store/Seed.h"
-#include "transports/tools/ToolStage.h"
+#include "support/ToolStage.h"
 
 using namespace quorl;
 using namespace quorl::test;

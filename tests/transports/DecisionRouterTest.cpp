@@ -3,8 +3,8 @@
 #include "domain/ServiceHosts.h"
 #include "sample-endpoint/SampleEndpoint.h"
 #include "support/Builders.h"
+#include "support/ToolStage.h"
 #include "transports/HTTPSession.h"
-#include "transports/tools/ToolStage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "transports/ClaudeLogin.h"
 
+#include "support/ToolStage.h"
 #include "transports/ProcessRunner.h"
-#include "transports/tools/ToolStage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #include "transports/CodexTransport.h"
 
 #include "support/Builders.h"
+#include "support/ToolStage.h"
 #include "transports/CodexCommand.h"
 #include "transports/ProcessRunner.h"
-#include "transports/tools/ToolStage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "transports/ExecutableResolver.h"
 
+#include "support/ToolStage.h"
 #include "transports/HomeDirectory.h"
 #include "transports/NuvelLocal.h"
-#include "transports/tools/ToolStage.h"
 
 #include <gtest/gtest.h>
 

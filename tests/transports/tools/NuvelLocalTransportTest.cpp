@@ -3,7 +3,7 @@
 #include "decision/Veritor.h"
 #include "decision/VeritorResults.h"
 #include "support/Builders.h"
-#include "transports/tools/ToolStage.h"
+#include "support/ToolStage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

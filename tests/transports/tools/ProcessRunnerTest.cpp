@@ -1,7 +1,7 @@
 #include "transports/ProcessRunner.h"
 
+#include "support/ToolStage.h"
 #include "transports/CLIEnvironment.h"
-#include "transports/tools/ToolStage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "transports/URLOpener.h"
 
-#include "transports/tools/ToolStage.h"
+#include "support/ToolStage.h"
 
 #include <sys/wait.h>
 
