@@ -220,7 +220,7 @@ private:
     void reload();
 
     // ClaudeLogin.cpp
-    void refreshClaudeLogin(OnMain afterwards);
+    void refreshClaudeLogin(const OnMain& afterwards);
     [[nodiscard]] std::optional<std::string> findClaudeTool() const;
 
     // Draft.cpp

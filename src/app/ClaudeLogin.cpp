@@ -25,7 +25,7 @@ std::optional<std::string> AppModel::findClaudeTool() const {
 }
 
 // Tells `afterwards` in any case; what the tool does not say stays as it was known.
-void AppModel::refreshClaudeLogin(OnMain afterwards) {
+void AppModel::refreshClaudeLogin(const OnMain& afterwards) {
     const std::optional<std::string> tool = findClaudeTool();
     if (!tool) {
         if (afterwards)

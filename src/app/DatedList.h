@@ -228,6 +228,7 @@ private:
     // In one pass, however many they are.
     void takeOutOfOrder(const std::vector<Staying>& staying) {
         std::vector<std::size_t> positions;
+        positions.reserve(staying.size());
         for (const Staying& one : staying)
             positions.push_back(one.position);
         std::ranges::sort(positions);

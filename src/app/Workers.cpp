@@ -38,7 +38,7 @@ void Workers::start(std::function<void()> work) {
         --starting;
         // The others take the work when they come to it; without any it is done here.
         if (threads == 1)
-            doWaiting(guard);
+            doWaiting();
         --threads;
         ended.notifyAll();
     }
@@ -49,7 +49,7 @@ void Workers::serve() {
     --starting;
     bool isWanted = true;
     while (isWanted) {
-        doWaiting(guard);
+        doWaiting();
         if (isEnding)
             break;
         ++idle;
@@ -62,14 +62,14 @@ void Workers::serve() {
     ended.notifyAll();
 }
 
-void Workers::doWaiting(MutexLock& guard) {
+void Workers::doWaiting() {
     while (!waiting.empty()) {
         auto work = std::move(waiting.front());
         waiting.pop_front();
-        guard.unlock();
+        lock.unlock();
         work();
         work = nullptr; // what it captured goes before the next begins
-        guard.lock();
+        lock.lock();
     }
 }
 

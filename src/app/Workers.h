@@ -24,7 +24,7 @@ public:
 
 private:
     void serve();
-    void doWaiting(MutexLock& guard) REQUIRES(lock);
+    void doWaiting() REQUIRES(lock); // works without the lock, which is held again at the end
 
     Mutex lock;
     Condition arrived;
