@@ -22,14 +22,17 @@ const std::string* findMessage(const Json::Value& reply) {
 
 } // namespace
 
-std::string withoutKey(std::string text, std::string_view key) {
-    constexpr std::string_view replacement = "[API key]";
+// In one sweep: a reply of megabytes may hold nothing but the key, and replacing in place would move its rest
+// each time.
+std::string withoutKey(std::string_view text, std::string_view key) {
     if (key.size() < shortestKey)
-        return text;
-    for (std::size_t at = text.find(key); at != std::string::npos;
-         at = text.find(key, at + replacement.size()))
-        text.replace(at, key.size(), replacement);
-    return text;
+        return std::string(text);
+    std::string shown;
+    for (std::size_t at = text.find(key); at != std::string_view::npos; at = text.find(key)) {
+        shown.append(text.substr(0, at)).append("[API key]");
+        text.remove_prefix(at + key.size());
+    }
+    return shown.append(text);
 }
 
 std::string failure(std::string_view body, int status, std::string_view key) {
@@ -38,7 +41,7 @@ std::string failure(std::string_view body, int status, std::string_view key) {
     if (const std::string* const message = reply ? findMessage(*reply) : nullptr)
         return prefix + ": " + withoutKey(*message, key);
     // The key goes before the cut, which could leave a part of it.
-    const std::string text = Text::isUTF8(body) ? withoutKey(std::string(Text::trimmed(body)), key) : "";
+    const std::string text = Text::isUTF8(body) ? withoutKey(Text::trimmed(body), key) : "";
     return text.empty() ? prefix : prefix + ": " + std::string(Text::firstCharacters(text, quotedCharacters));
 }
 

@@ -11,7 +11,7 @@
 namespace quorl::HTTPJSON {
 
 /// A server's words with "[API key]" wherever it quotes the key that it was sent.
-[[nodiscard]] std::string withoutKey(std::string text, std::string_view key);
+[[nodiscard]] std::string withoutKey(std::string_view text, std::string_view key);
 
 /// The sentence for a reply whose status is outside 200 to 299: the server's own message where the body has
 /// one, without `key`.

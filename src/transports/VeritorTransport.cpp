@@ -54,7 +54,7 @@ RawDecision read(const HTTPReply& reply, const ModelProfile& model, std::string_
     // An error in a response keeps its text, which may tell more.
     decision.text = std::move(response.pretty);
     if (response.error) {
-        decision.errorMessage = HTTPJSON::withoutKey(*std::move(response.error), key);
+        decision.errorMessage = HTTPJSON::withoutKey(*response.error, key);
         return decision;
     }
     decision.inputTokens = response.inputTokens;

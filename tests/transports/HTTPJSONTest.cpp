@@ -67,6 +67,17 @@ TEST(HTTPJSON, NoPartOfAKeyIsLeftWhereTheBodyIsCut) {
               "HTTP 401: " + filler + "[API ");
 }
 
+// Within the time of a test, that is: with the rest of the text moved at each, these take an hour.
+TEST(HTTPJSON, AMillionQuotedKeysAreLeftOut) {
+    const std::string key = "sk-0123456789-0123456789";
+    std::string body;
+    for (int count = 0; count < 1'000'000; ++count)
+        body += key + " ";
+
+    EXPECT_EQ(HTTPJSON::withoutKey(body, key).find(key), std::string::npos);
+    EXPECT_EQ(HTTPJSON::failure(body, 401, key).substr(0, 30), "HTTP 401: [API key] [API key] ");
+}
+
 TEST(HTTPJSON, ATextTooShortForAKeyIsLeftInAMessage) {
     EXPECT_EQ(HTTPJSON::failure("none of these", 400, "none"), "HTTP 400: none of these");
 }
