@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -118,9 +120,11 @@ std::optional<double> cost(const DecisionOutcome& outcome, const ModelProfile& m
     const bool hasPrice = std::max(model.inputPricePerMillion, model.outputPricePerMillion) > 0;
     if (!hasPrice || !outcome.inputTokens || !outcome.outputTokens)
         return std::nullopt;
-    return (model.inputPricePerMillion * static_cast<double>(*outcome.inputTokens) +
-            model.outputPricePerMillion * static_cast<double>(*outcome.outputTokens)) /
-           1'000'000.0;
+    const double dollars = (model.inputPricePerMillion * static_cast<double>(*outcome.inputTokens) +
+                            model.outputPricePerMillion * static_cast<double>(*outcome.outputTokens)) /
+                           1'000'000.0;
+    // JSON has no infinity: one such cost would make every payload with this answer unwritable.
+    return std::isfinite(dollars) ? std::optional(dollars) : std::nullopt;
 }
 
 } // namespace
@@ -128,7 +132,7 @@ std::optional<double> cost(const DecisionOutcome& outcome, const ModelProfile& m
 DecisionOutcome DecisionRouter::complete(const DecisionRequest& request, const ModelSecret& secret,
                                          const std::filesystem::path& scratch) const {
     const auto start = std::chrono::steady_clock::now();
-    RawDecision raw = dispatch(request, secret, scratch);
+    RawDecision raw = dispatchWithinMemory(request, secret, scratch);
     const auto latency = std::chrono::steady_clock::now() - start;
 
     DecisionOutcome outcome;
@@ -142,6 +146,17 @@ DecisionOutcome DecisionRouter::complete(const DecisionRequest& request, const M
         estimateMissingTokens(outcome, request);
     outcome.costUSD = raw.reportedCost ? raw.reportedCost : cost(outcome, request.model);
     return outcome;
+}
+
+// How long a question and an answer may be is up to others; one too long for this machine costs its own card
+// and not the program.
+RawDecision DecisionRouter::dispatchWithinMemory(const DecisionRequest& request, const ModelSecret& secret,
+                                                 const std::filesystem::path& scratch) const {
+    try {
+        return dispatch(request, secret, scratch);
+    } catch (const std::bad_alloc&) {
+        return RawDecision::failed("There is not enough memory to ask this model.");
+    }
 }
 
 RawDecision DecisionRouter::dispatch(const DecisionRequest& request, const ModelSecret& secret,

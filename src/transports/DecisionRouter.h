@@ -23,6 +23,8 @@ public:
                                            const std::filesystem::path& scratch) const;
 
 private:
+    [[nodiscard]] RawDecision dispatchWithinMemory(const DecisionRequest& request, const ModelSecret& secret,
+                                                   const std::filesystem::path& scratch) const;
     [[nodiscard]] RawDecision dispatch(const DecisionRequest& request, const ModelSecret& secret,
                                        const std::filesystem::path& scratch) const;
 

@@ -70,8 +70,10 @@ public:
     void close() EXCLUDES(lock);
 
 private:
-    std::unique_ptr<HTTPTransfer> enter() EXCLUDES(lock);
-    void leave(std::unique_ptr<HTTPTransfer> transfer) EXCLUDES(lock);
+    class Visit;
+
+    std::unique_ptr<HTTPTransfer> takeTransfer() EXCLUDES(lock);
+    void keepTransfer(std::unique_ptr<HTTPTransfer> transfer) EXCLUDES(lock);
     bool handOver(HTTPTransfer& transfer) EXCLUDES(lock);
 
     // The network thread's.
@@ -96,6 +98,25 @@ private:
     std::thread network; // last: it uses all of the above
 };
 
+// Counts a caller in, and out again even where there was no memory for its request.
+class HTTPSession::Loop::Visit {
+public:
+    explicit Visit(Loop& visited) : loop(visited) {
+        const MutexLock held(loop.lock);
+        ++loop.callers;
+    }
+    ~Visit() {
+        const MutexLock held(loop.lock);
+        if (--loop.callers == 0)
+            loop.callerLeft.notifyAll();
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+
+private:
+    Loop& loop;
+};
+
 HTTPSession::Loop::~Loop() {
     close();
     network.join();
@@ -107,19 +128,19 @@ HTTPSession::Loop::~Loop() {
 Attempt<HTTPReply> HTTPSession::Loop::post(const std::string& url,
                                            const std::map<std::string, std::string>& headers,
                                            std::string body) {
-    auto transfer = enter();
+    const Visit visit(*this);
+    auto transfer = takeTransfer();
     transfer->prepare(url, headers, std::move(body));
     if (handOver(*transfer))
         transfer->wait();
     auto outcome = transfer->finish();
-    leave(std::move(transfer));
+    keepTransfer(std::move(transfer));
     return outcome;
 }
 
-std::unique_ptr<HTTPTransfer> HTTPSession::Loop::enter() {
+std::unique_ptr<HTTPTransfer> HTTPSession::Loop::takeTransfer() {
     {
         const MutexLock held(lock);
-        ++callers;
         if (!idle.empty()) {
             auto transfer = std::move(idle.back());
             idle.pop_back();
@@ -131,11 +152,9 @@ std::unique_ptr<HTTPTransfer> HTTPSession::Loop::enter() {
 
 // A transfer is kept to the end of the session and never freed here: the network thread may still be waking
 // its caller.
-void HTTPSession::Loop::leave(std::unique_ptr<HTTPTransfer> transfer) {
+void HTTPSession::Loop::keepTransfer(std::unique_ptr<HTTPTransfer> transfer) {
     const MutexLock held(lock);
     idle.push_back(std::move(transfer));
-    if (--callers == 0)
-        callerLeft.notifyAll();
 }
 
 bool HTTPSession::Loop::handOver(HTTPTransfer& transfer) {

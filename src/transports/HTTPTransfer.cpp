@@ -130,12 +130,14 @@ void HTTPTransfer::end(std::optional<CURLcode> code) {
 
 std::size_t HTTPTransfer::receive(char* bytes, std::size_t, std::size_t count, void* self) noexcept {
     auto& transfer = *static_cast<HTTPTransfer*>(self);
-    if (count > transfer.maximumReplyBytes - transfer.replyBody.size()) {
-        transfer.isTooLong = true;
-        return 0; // anything but `count` ends the transfer
+    transfer.isTooLong = count > transfer.maximumReplyBytes - transfer.replyBody.size();
+    try {
+        if (!transfer.isTooLong)
+            transfer.replyBody.append(bytes, count);
+    } catch (const std::bad_alloc&) {
+        transfer.isTooLong = true; // for this machine
     }
-    transfer.replyBody.append(bytes, count);
-    return count;
+    return transfer.isTooLong ? 0 : count; // anything but `count` ends the transfer
 }
 
 } // namespace quorl

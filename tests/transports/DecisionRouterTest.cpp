@@ -9,6 +9,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <fstream>
 #include <string>
 
 namespace quorl::test {
@@ -127,6 +131,74 @@ TEST_F(DecisionRouterTest, OnePriceIsEnoughForACost) {
     request.model.outputPricePerMillion = 3;
 
     EXPECT_EQ(complete(request).costUSD, 3.0 * 2 / 1'000'000.0);
+}
+
+TEST_F(DecisionRouterTest, ACostBeyondAllNumbersIsUnknown) {
+    endpoint.answer("test-1", Completion{.text = "x", .inputTokens = 1000, .outputTokens = 2});
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    request.model.inputPricePerMillion = 1e308;
+
+    const DecisionOutcome outcome = complete(request);
+
+    EXPECT_EQ(outcome.text, "x");
+    EXPECT_EQ(outcome.costUSD, std::nullopt);
+}
+
+TEST_F(DecisionRouterTest, CountsThatAreNoneAreEstimated) {
+    for (const char* const count : {"1e300", "9223372036854775808", "-1e19", "\"12\"", "true", "null"}) {
+        const std::string usage =
+            R"({"prompt_tokens":)" + std::string(count) + R"(,"completion_tokens":1e19})";
+        endpoint.answer("test-1",
+                        sample::makeReply(200, R"({"choices":[{"text":"x"}],"usage":)" + usage + "}"));
+
+        const DecisionOutcome outcome = complete(makeRequest(ProviderKind::openAICompatible));
+
+        EXPECT_EQ(outcome.errorMessage, std::nullopt) << count;
+        EXPECT_EQ(outcome.inputTokens, 8) << count; // 33 bytes
+        EXPECT_EQ(outcome.outputTokens, 1) << count;
+        EXPECT_TRUE(outcome.tokensEstimated) << count;
+    }
+}
+
+TEST_F(DecisionRouterTest, ARequestThatFindsNoMemoryIsAFailure) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizers end a program that finds no memory";
+#endif
+    DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
+    request.prompt.assign(256 * 1024 * 1024, 'x');
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    rlimit former{};
+    getrlimit(RLIMIT_AS, &former);
+    const rlimit scarce{pages * static_cast<std::size_t>(getpagesize()) + 64 * 1024 * 1024, former.rlim_max};
+    setrlimit(RLIMIT_AS, &scarce);
+
+    const DecisionOutcome outcome = complete(request);
+
+    setrlimit(RLIMIT_AS, &former);
+    EXPECT_EQ(outcome.errorMessage, "There is not enough memory to ask this model.");
+    EXPECT_EQ(outcome.text, "");
+    EXPECT_EQ(outcome.inputTokens, std::nullopt);
+    EXPECT_EQ(messageOf(makeRequest(ProviderKind::openAICompatible)), "");
+}
+
+TEST_F(DecisionRouterTest, WhateverAReplyHoldsTheNextAnswerComes) {
+    const std::string deep = R"({"answers":)" + std::string(1000, '[') + std::string(1000, ']') + "}";
+    const std::string broken = "{\"answers\":{},\"choices\":[{\"text\":\"\xc3\x28\"}]}";
+    const std::string cut = std::string("{\"answers\":{}}\0{}", 17);
+    for (const ProviderKind provider :
+         {ProviderKind::openAICompatible, ProviderKind::anthropic, ProviderKind::veritor}) {
+        const DecisionRequest request = makeRequest(provider);
+        for (const std::string& body : {deep, broken, cut, std::string("[]"), std::string("\0", 1)}) {
+            endpoint.answer(sample::everyModel, sample::makeReply(200, body));
+            const DecisionOutcome outcome = complete(request);
+            // A decision service's plain words are an answer.
+            EXPECT_NE(outcome.errorMessage.has_value(), !outcome.text.empty()) << body;
+        }
+        const char* const answer = R"({"answers":{},"choices":[{"text":"x"}],"content":[{"text":"x"}]})";
+        endpoint.answer(sample::everyModel, sample::makeReply(200, answer));
+        EXPECT_EQ(messageOf(request), "");
+    }
 }
 
 TEST_F(DecisionRouterTest, AFailureHasNoTextNoCountsAndNoCost) {
