@@ -26,9 +26,9 @@ constexpr long keptConnections = 1024;
 
 // The hosts that the user excepts from a proxy, and this machine itself, which no proxy could reach.
 std::string hostsWithoutProxy() {
-    const char* users = std::getenv("no_proxy");
+    const char* users = std::getenv("no_proxy"); // NOLINT(concurrency-mt-unsafe): nothing sets variables
     if (!users)
-        users = std::getenv("NO_PROXY");
+        users = std::getenv("NO_PROXY"); // NOLINT(concurrency-mt-unsafe): the same
     if (!users || !*users)
         return "localhost,127.0.0.0/8,::1";
     if (std::string_view(users) == "*")

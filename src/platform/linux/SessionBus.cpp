@@ -18,7 +18,8 @@ constexpr const char* secretService = "org.freedesktop.secrets";
 // The conditions under which D-Bus libraries use the socket; where it fails one of them they would go on to
 // start a bus.
 bool hasSocketOfOurs() {
-    const char* folder = std::getenv("XDG_RUNTIME_DIR");
+    const char* folder =
+        std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): see forbidAutolaunch
     if (!folder || *folder == '\0')
         return false;
     struct stat status {};
@@ -60,7 +61,7 @@ bool isActivatable(GDBusConnection* connection, GCancellable* cancellable) {
 } // namespace
 
 bool isAnnounced() {
-    const char* address = std::getenv(addressVariable);
+    const char* address = std::getenv(addressVariable); // NOLINT(concurrency-mt-unsafe): see forbidAutolaunch
     if (!address || *address == '\0')
         return hasSocketOfOurs();
     // This address is the order to start a bus.
@@ -69,7 +70,8 @@ bool isAnnounced() {
 
 void forbidAutolaunch() {
     if (!isAnnounced())
-        ::setenv(addressVariable, "disabled:", 1);
+        ::setenv(addressVariable,
+                 "disabled:", 1); // NOLINT(concurrency-mt-unsafe): no other thread is there yet
 }
 
 bool hasSecretService(std::chrono::milliseconds patience) {

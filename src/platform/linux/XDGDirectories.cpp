@@ -12,7 +12,7 @@ namespace quorl {
 namespace {
 
 std::optional<std::filesystem::path> absolutePathFrom(const char* variable) {
-    const char* value = std::getenv(variable);
+    const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe): nothing sets variables
     if (!value || *value != '/')
         return std::nullopt;
     return value;
