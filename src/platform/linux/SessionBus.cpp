@@ -18,8 +18,8 @@ constexpr const char* secretService = "org.freedesktop.secrets";
 // The conditions under which D-Bus libraries use the socket; where it fails one of them they would go on to
 // start a bus.
 bool hasSocketOfOurs() {
-    const char* folder =
-        std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): see forbidAutolaunch
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): see forbidAutolaunch
+    const char* folder = std::getenv("XDG_RUNTIME_DIR");
     if (!folder || *folder == '\0')
         return false;
     struct stat status {};
@@ -69,9 +69,10 @@ bool isAnnounced() {
 }
 
 void forbidAutolaunch() {
-    if (!isAnnounced())
-        ::setenv(addressVariable,
-                 "disabled:", 1); // NOLINT(concurrency-mt-unsafe): no other thread is there yet
+    if (isAnnounced())
+        return;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread is there yet
+    ::setenv(addressVariable, "disabled:", 1);
 }
 
 bool hasSecretService(std::chrono::milliseconds patience) {
