@@ -26,6 +26,8 @@ namespace quorl {
 class DecisionRouter;
 class QuorlStore;
 class Workers;
+struct ScoreInput;
+struct ScoreRow;
 
 // The screens that need no more than their name.
 enum class Screen { draft, history, scores, dataset, models, categories, batches };
@@ -187,6 +189,16 @@ public:
     void confirmDelete();
     void removeExample(const UUID& id);
 
+    // --- Scores and exports (ScoreInputs.cpp, Exports.cpp) ---
+
+    /// Every answer of the library: newest run first, each run's by `position`.
+    [[nodiscard]] std::vector<ScoreInput> scoreInputs() const;
+
+    /// Asks where the file goes and writes it once that is known. `rows` is read at once, `saver` borrowed for
+    /// the call. Cancelling is no failure.
+    void exportScores(std::span<const ScoreRow> rows, FileSaver& saver);
+    void exportDataset(FileSaver& saver);
+
     // --- Toasts (Feedback.cpp) ---
 
     void announce(std::string title, std::string detail, std::string symbol, bool isMilestone);
@@ -252,6 +264,9 @@ private:
     void deleteCategory(const UUID& id);
     void deleteRun(const UUID& id);
     void deleteBatch(const UUID& id);
+
+    // Exports.cpp
+    void saveFile(std::string bytes, const std::string& name, const FileType& type, FileSaver& saver);
 
     // Runs a write to the library; its failure becomes the alert.
     template <class Write>

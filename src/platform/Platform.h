@@ -72,6 +72,26 @@ public:
     virtual void remove(const std::string& service, const std::string& account) = 0;
 };
 
+// What a file is, for the desktop's dialogs.
+struct FileType {
+    std::string name;      // as a person reads it
+    std::string extension; // without its dot
+};
+
+// Asks the user where a file goes. It belongs to a window, so that it is given to the operation that saves.
+// Thread: main.
+class FileSaver {
+public:
+    using Chosen = std::function<void(const std::optional<std::filesystem::path>& target)>;
+
+    virtual ~FileSaver() = default;
+
+    /// Opens the desktop's save dialog, which proposes `name` and takes files of `type` alone, and returns at
+    /// once. `chosen` is called on the main thread, once, with nothing where the user cancels; never where
+    /// the program ends first.
+    virtual void chooseTarget(const std::string& name, const FileType& type, Chosen chosen) = 0;
+};
+
 // The services that the model is given. Borrowed: whoever composes the program keeps them alive.
 struct Platform {
     MainThread& mainThread;
