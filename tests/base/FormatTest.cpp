@@ -1,5 +1,7 @@
 #include "base/Format.h"
 
+#include "support/TempFolder.h"
+
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
 
@@ -7,7 +9,10 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 #include <limits>
+#include <string>
 
 namespace quorl::test {
 namespace {
@@ -93,15 +98,43 @@ TEST(FormatTokens, MarksWhatIsEstimatedAndWhatIsMissing) {
     EXPECT_EQ(Format::tokens(std::nullopt, std::nullopt, true), "— in · — out");
 }
 
+// The C library's numbers have a decimal comma while it lives. Machines need not have such a locale
+// installed, so it is made.
+class CommaLocale {
+public:
+    CommaLocale() {
+        const auto source = folder.path() / "comma.txt";
+        std::ofstream(source)
+            << "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\nEND LC_NUMERIC\n";
+        const std::string command =
+            "localedef --quiet --force --no-archive --charmap=ANSI_X3.4-1968 --inputfile=" + source.string() +
+            " " + (folder.path() / "comma").string();
+        // The other categories are missing on purpose, which gives an exit status that is not zero.
+        static_cast<void>(std::system(command.c_str()));
+        setenv("LOCPATH", folder.path().c_str(), 1);
+        isSet = std::setlocale(LC_NUMERIC, "comma") != nullptr;
+    }
+    ~CommaLocale() {
+        std::setlocale(LC_NUMERIC, "C");
+        unsetenv("LOCPATH");
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+
+    bool isSet = false;
+
+private:
+    TempFolder folder;
+};
+
 TEST(Format, KeepsTheFullStopInALocaleWithCommas) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (!std::setlocale(LC_ALL, "de_DE.UTF-8"))
-        GTEST_SKIP() << "The machine has no German locale.";
+    const CommaLocale locale;
+    ASSERT_TRUE(locale.isSet);
+    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
 
     EXPECT_EQ(Format::cost(2.5), "$2.50");
     EXPECT_EQ(Format::latency(1500), "1.5 s");
     EXPECT_EQ(Format::compact(1500), "1.5k");
-    std::setlocale(LC_ALL, before.c_str());
 }
 
 TEST_F(FormatWhen, WithinAMinuteIsJustNow) {
