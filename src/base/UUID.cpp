@@ -1,9 +1,9 @@
 #include "base/UUID.h"
 
-#include <cstring>
 #include <openssl/rand.h>
 
-#include <stdexcept>
+#include <cstdlib>
+#include <cstring>
 
 namespace quorl {
 
@@ -31,7 +31,7 @@ UUID UUID::random() {
     UUID id;
     // The generator can fail only where the kernel has no randomness, and then no identifier may be made up.
     if (RAND_bytes(id.bytes.data(), static_cast<int>(id.bytes.size())) != 1)
-        throw std::runtime_error("The system gave no random bytes.");
+        std::abort();
     id.bytes[6] = static_cast<std::uint8_t>((id.bytes[6] & 0x0F) | 0x40);
     id.bytes[8] = static_cast<std::uint8_t>((id.bytes[8] & 0x3F) | 0x80);
     return id;

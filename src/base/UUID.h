@@ -16,7 +16,8 @@ public:
     /// The nil identifier, all zero.
     constexpr UUID() = default;
 
-    /// A fresh version-4 identifier from the system's random source. Thread: any.
+    /// A fresh version-4 identifier from the system's random source; without one the process ends. Thread:
+    /// any.
     [[nodiscard]] static UUID random();
 
     /// Reads the 36-character form, digits of either case; nothing for any other text.
