@@ -60,7 +60,9 @@ std::string ScratchFile::text() const {
         length += static_cast<std::size_t>(count);
     }
     content.resize(length);
-    return Text::isUTF8(content) ? content : "";
+    if (!Text::isUTF8(content))
+        content.clear();
+    return content; // as one object: a second copy of a long output might not find room
 }
 
 } // namespace quorl

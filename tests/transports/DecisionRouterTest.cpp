@@ -3,16 +3,13 @@
 #include "domain/ServiceHosts.h"
 #include "sample-endpoint/SampleEndpoint.h"
 #include "support/Builders.h"
+#include "support/ScarceMemory.h"
 #include "support/ToolStage.h"
 #include "transports/HTTPSession.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include <fstream>
 #include <string>
 
 namespace quorl::test {
@@ -161,21 +158,17 @@ TEST_F(DecisionRouterTest, CountsThatAreNoneAreEstimated) {
 }
 
 TEST_F(DecisionRouterTest, ARequestThatFindsNoMemoryIsAFailure) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "the sanitizers end a program that finds no memory";
-#endif
+    if (!ScarceMemory::isSurvived)
+        GTEST_SKIP();
     DecisionRequest request = makeRequest(ProviderKind::openAICompatible);
-    request.prompt.assign(256 * 1024 * 1024, 'x');
-    std::size_t pages = 0;
-    std::ifstream("/proc/self/statm") >> pages;
-    rlimit former{};
-    getrlimit(RLIMIT_AS, &former);
-    const rlimit scarce{pages * static_cast<std::size_t>(getpagesize()) + 64 * 1024 * 1024, former.rlim_max};
-    setrlimit(RLIMIT_AS, &scarce);
+    request.prompt.assign(256'000'000, 'x');
 
-    const DecisionOutcome outcome = complete(request);
+    DecisionOutcome outcome;
+    {
+        const ScarceMemory scarce(64'000'000);
+        outcome = complete(request);
+    }
 
-    setrlimit(RLIMIT_AS, &former);
     EXPECT_EQ(outcome.errorMessage, "There is not enough memory to ask this model.");
     EXPECT_EQ(outcome.text, "");
     EXPECT_EQ(outcome.inputTokens, std::nullopt);

@@ -1,5 +1,6 @@
 #include "transports/ProcessRunner.h"
 
+#include "support/ScarceMemory.h"
 #include "support/ToolStage.h"
 #include "transports/CLIEnvironment.h"
 
@@ -320,6 +321,28 @@ TEST_F(ProcessRunnerTest, TwoHundredMegabytesOfOutputAreBorne) {
     const auto result = run("head -c 200000000 /dev/zero | tr '\\0' x");
 
     EXPECT_EQ(result.standardOutput.size(), 200'000'000u);
+    EXPECT_THAT(namesIn(scratch), IsEmpty());
+}
+
+TEST_F(ProcessRunnerTest, ALongOutputIsHeldInMemoryOnce) {
+    if (!ScarceMemory::isSurvived)
+        GTEST_SKIP();
+    const ScarceMemory scarce(300'000'000);
+
+    const auto result = run("head -c 200000000 /dev/zero | tr '\\0' x");
+
+    EXPECT_EQ(result.standardOutput.size(), 200'000'000u);
+}
+
+TEST_F(ProcessRunnerTest, OutputThatFindsNoMemoryCountsAsEmpty) {
+    if (!ScarceMemory::isSurvived)
+        GTEST_SKIP();
+    const ScarceMemory scarce(100'000'000);
+
+    const auto result = run("head -c 200000000 /dev/zero | tr '\\0' x; echo e >&2");
+
+    EXPECT_EQ(result.standardOutput, "");
+    EXPECT_EQ(result.standardError, "e\n");
     EXPECT_THAT(namesIn(scratch), IsEmpty());
 }
 
