@@ -68,8 +68,6 @@ UUID reference(sqlite3_stmt* statement, int column, Reading& reading) {
 }
 
 std::optional<UUID> optionalReference(sqlite3_stmt* statement, int column) {
-    if (isNull(statement, column))
-        return std::nullopt;
     return UUID::parse(view(statement, column));
 }
 

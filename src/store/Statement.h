@@ -35,7 +35,7 @@ public:
     }
 
     /// SQLite's result code.
-    int step() { return sqlite3_step(handle.get()); }
+    [[nodiscard]] int step() { return sqlite3_step(handle.get()); }
 
     /// Runs a write to its end.
     void run() {

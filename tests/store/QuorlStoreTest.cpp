@@ -125,6 +125,25 @@ TEST(QuorlStore, KeepsCategoriesAndReplacesThemById) {
 
     EXPECT_THAT(file.store.loadCategories(), ElementsAre(child, root));
     EXPECT_EQ(file.raw.value("SELECT parent_id FROM categories WHERE name = 'Renamed'"), "NULL");
+
+    child.parentID.reset();
+    file.store.saveCategory(child);
+    EXPECT_THAT(file.store.loadCategories(), ElementsAre(child, root));
+}
+
+TEST(QuorlStore, ListsCategoriesBySortIndexThenName) {
+    StoreFile file;
+    const auto named = [&](const std::string& name, std::int64_t sortIndex) {
+        Category category = makeCategory(name);
+        category.sortIndex = sortIndex;
+        file.store.saveCategory(category);
+        return category;
+    };
+    const auto late = named("a", 7);
+    const auto zebra = named("zebra", 2);
+    const auto ant = named("ant", 2);
+
+    EXPECT_THAT(file.store.loadCategories(), ElementsAre(ant, zebra, late));
 }
 
 TEST(QuorlStore, CountsTheChildrenOfACategory) {

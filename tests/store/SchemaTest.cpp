@@ -146,6 +146,14 @@ TEST(Schema, DeclaresNoForeignKeys) {
     EXPECT_EQ(file.raw.value("SELECT COUNT(*) FROM sqlite_master WHERE sql LIKE '%REFERENCES%'"), "0");
 }
 
+TEST(Schema, ForeignKeysThatAnotherHandDeclaresHold) {
+    StoreFile file;
+    file.store.exec("CREATE TABLE parents (id INTEGER PRIMARY KEY);"
+                    "CREATE TABLE children (parent INTEGER REFERENCES parents(id))");
+
+    EXPECT_THROW(file.store.exec("INSERT INTO children VALUES (1)"), StoreError);
+}
+
 TEST(Schema, KeepsTheDefaultJournal) {
     StoreFile file;
 
