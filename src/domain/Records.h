@@ -49,8 +49,7 @@ struct QuorlRun {
     std::optional<UUID> categoryID;
     ScoringMode scoringMode = ScoringMode::binary;
     Date createdAt{};
-    std::string
-        questionsJSON; // the typed questions as `Veritor::archive` writes them; empty for a generation run
+    std::string questionsJSON; // the typed questions as they are stored; empty for a generation run
     std::optional<UUID> batchID;
     RunOrigin origin = RunOrigin::app;
 

@@ -108,8 +108,7 @@ Preset presetOf(ProviderKind kind) {
             false,
             "Runs claude --print on this Mac with tools disabled and stores the assistant text from the JSON "
             "result. Uses the Claude Code login on this Mac. If it asks you to run /login, use Log in on "
-            "this "
-            "page. User hooks still run. Cost is kept when the CLI reports it."};
+            "this page. User hooks still run. Cost is kept when the CLI reports it."};
     case ProviderKind::codex:
         return {"Codex",
                 identifier,
@@ -118,8 +117,8 @@ Preset presetOf(ProviderKind kind) {
                 0,
                 false,
                 "Runs codex exec on this Mac, read-only and ephemeral, and stores the assistant message. "
-                "Uses the "
-                "Codex login already on this machine. Leave the model id blank to use the CLI default."};
+                "Uses the Codex login already on this machine. Leave the model id blank to use the CLI "
+                "default."};
     }
     __builtin_unreachable();
 }
