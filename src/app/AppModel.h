@@ -10,6 +10,7 @@
 #include "store/StoreError.h"
 #include "transports/Decision.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -117,8 +118,8 @@ public:
     Observed<std::set<UUID>> draftModelIDs{observers, AppField::draftModelIDs};
     Observed<std::optional<bool>> claudeLoggedIn{observers, AppField::claudeLoggedIn};
     Observed<std::optional<std::string>> claudeLoginStatus{observers, AppField::claudeLoginStatus};
-    Observed<std::int64_t> focusToken{
-        observers, AppField::focusToken}; // each change asks for the question field's caret
+    // Each change asks for the caret in the question field.
+    Observed<std::int64_t> focusToken{observers, AppField::focusToken};
     Observed<std::optional<UUID>> selectedModelID{observers, AppField::selectedModelID};
     Observed<std::optional<UUID>> selectedCategoryID{observers, AppField::selectedCategoryID};
     Observed<std::optional<std::string>> alertMessage{observers, AppField::alertMessage};
@@ -130,8 +131,7 @@ public:
     Observed<std::string> apiMessage{observers, AppField::apiMessage, "Starting"};
     Observed<std::optional<std::string>> launchWarning{observers, AppField::launchWarning};
     ObservedMap<std::string> testStatus{observers, AppField::testStatus}; // by model
-    ObservedMap<bool> secretFlags{observers,
-                                  AppField::secretFlags}; // by model: whether its credentials suffice
+    ObservedMap<bool> secretFlags{observers, AppField::secretFlags};      // by model: its credentials suffice
     Observed<Date> lastAsk{observers, AppField::lastAsk, distantPast};
 
     // --- Reading ---
@@ -187,7 +187,7 @@ public:
 
     void requestDelete(const PendingDelete& pending);
     void confirmDelete();
-    void removeExample(const UUID& id);
+    void removeExample(UUID id);
 
     // --- Scores and exports (ScoreInputs.cpp, Exports.cpp) ---
 
@@ -284,8 +284,12 @@ private:
     const std::filesystem::path directory; // the library's folder
     std::unique_ptr<QuorlStore> store;
     SecretStore secrets;
-    const std::shared_ptr<AppModel*>
-        alive; // shared with work that outlives the model; emptied when the model goes
+    const std::shared_ptr<AppModel*> alive; // watched by work that may outlive the model
 };
 
 } // namespace quorl
+
+template <>
+struct std::hash<quorl::RunScreen> {
+    std::size_t operator()(const quorl::RunScreen& screen) const noexcept { return screen.runID.hash(); }
+};

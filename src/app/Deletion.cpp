@@ -102,7 +102,7 @@ void AppModel::deleteBatch(const UUID& id) {
         destination = Screen::batches;
 }
 
-void AppModel::removeExample(const UUID& id) {
+void AppModel::removeExample(UUID id) {
     const DatasetExample* example = library.findExample(id);
     if (!example)
         return;

@@ -2,9 +2,11 @@
 
 #include "base/UUID.h"
 
+#include <cassert>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -55,8 +57,9 @@ enum class AppField {
 
 struct AppChange {
     AppField field;
-    std::optional<UUID>
-        id; // the run whose row or answers changed; absent where the whole field may have changed
+    // Of runs and answers the run that changed, of the maps by model the model; absent where the whole field
+    // may have.
+    std::optional<UUID> id;
 };
 
 // Whom to tell of a change. Thread: main; observers run inside the write and must not subscribe or write
@@ -77,12 +80,14 @@ public:
     };
 
     [[nodiscard]] Subscription subscribe(Observer observer) {
+        assert(isMainThread());
         auto shared = std::make_shared<Observer>(std::move(observer));
         observers.push_back(shared);
         return Subscription(std::move(shared));
     }
 
     void notify(const AppChange& change) {
+        assert(isMainThread()); // of every change to the model's state
         for (const auto& observer : observers) {
             // Held for the call: the subscriber may go away in it.
             if (const auto alive = observer.lock())
@@ -92,7 +97,10 @@ public:
     }
 
 private:
+    [[nodiscard]] bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
+
     std::vector<std::weak_ptr<Observer>> observers;
+    const std::thread::id mainThread = std::this_thread::get_id();
 };
 
 // A field that tells when it is changed. Writing an equal value tells nobody. Thread: main.

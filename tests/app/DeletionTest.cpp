@@ -277,6 +277,19 @@ TEST_F(DeletionTest, AnExampleWhoseAnswerIsGoneOrLinkedElsewhereIsJustRemoved) {
     EXPECT_FALSE(model().alertMessage->has_value());
 }
 
+TEST_F(DeletionTest, AnExampleMayBeRemovedByAReferenceIntoTheLibrary) {
+    const DatasetExample example = makeExample(answer.id);
+    answer.datasetID = example.id;
+    harness.file().insertDataset(example);
+    harness.file().updateJudgment(answer);
+    harness.start();
+
+    model().removeExample(model().library.dataset().front().id);
+
+    EXPECT_TRUE(model().library.dataset().empty());
+    EXPECT_FALSE(model().library.findAnswer(answer.id)->datasetID.has_value());
+}
+
 TEST_F(DeletionTest, AnUnknownExampleIsPassedOver) {
     remove(Kind::example, UUID::random());
 

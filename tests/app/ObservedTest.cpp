@@ -1,9 +1,12 @@
 #include "app/Observed.h"
 
+#include "app/AppModel.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 using namespace quorl;
 
@@ -69,6 +72,24 @@ TEST_F(ObservedTest, AnObserverMayEndItsSubscriptionWhileItIsTold) {
 
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(told.size(), 2u);
+}
+
+TEST_F(ObservedTest, AWriteFromAnotherThreadIsABug) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    Observed<int> field(observers, AppField::focusToken);
+
+    EXPECT_DEBUG_DEATH(std::thread([&] { field = 1; }).join(), "isMainThread");
+}
+
+TEST(Destination, IsEqualAndHashedByItsScreenAndRun) {
+    const UUID run = UUID::random();
+    const std::hash<Destination> hash;
+
+    EXPECT_EQ(Destination(RunScreen{run}), Destination(RunScreen{run}));
+    EXPECT_NE(Destination(RunScreen{run}), Destination(RunScreen{UUID::random()}));
+    EXPECT_NE(Destination(Screen::draft), Destination(Screen::history));
+    EXPECT_EQ(hash(RunScreen{run}), hash(RunScreen{run}));
+    EXPECT_NE(hash(RunScreen{run}), hash(RunScreen{UUID::random()}));
 }
 
 } // namespace
