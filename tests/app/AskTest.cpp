@@ -110,6 +110,19 @@ TEST_F(AskTest, TheAnswersAreThereAtOnceInStateRunning) {
     EXPECT_FALSE(model().activeBatchID->has_value());
 }
 
+TEST_F(AskTest, TheRunIsShownOnTheCompareScreenAndTheModelsSelectionStays) {
+    model().destination = Screen::batches;
+    model().activeBatchID = UUID::random();
+    model().selectedModelID = second.id;
+
+    model().ask();
+
+    EXPECT_EQ(*model().destination, Destination(Screen::draft));
+    EXPECT_FALSE(model().activeBatchID->has_value());
+    EXPECT_EQ(*model().activeRunID, model().library.runAt(0).id);
+    EXPECT_EQ(*model().selectedModelID, second.id);
+}
+
 TEST_F(AskTest, TheSubcategoryIsFoundOrMadeUnderItsCategory) {
     model().draftCategoryText = "Support";
     model().draftSubcategoryText = " Refunds ";
@@ -125,6 +138,16 @@ TEST_F(AskTest, TheSubcategoryIsFoundOrMadeUnderItsCategory) {
     EXPECT_EQ(child.parentID, model().library.categories().at(0).id);
     for (std::size_t i = 0; i < model().library.runCount(); ++i)
         EXPECT_EQ(model().library.runAt(i).categoryID, child.id);
+}
+
+TEST_F(AskTest, ACategoryThatCannotBeWrittenShowsTheErrorAndTheRunHasItAllTheSame) {
+    refuse("INSERT ON categories");
+    model().draftCategoryText = "Support";
+
+    model().ask();
+
+    EXPECT_EQ(*model().alertMessage, "no room");
+    EXPECT_TRUE(model().library.runAt(0).categoryID.has_value());
 }
 
 TEST_F(AskTest, TheDraftIsPersisted) {
@@ -471,6 +494,19 @@ TEST_F(RetryTest, TheAnswerRunsAgainAndKeepsItsCountsUntilTheOutcomeComes) {
     expected.latencyMS = 0;
     EXPECT_EQ(*model().library.findAnswer(answer.id), expected);
     EXPECT_EQ(harness.file().loadAnswers().at(0), expected);
+}
+
+TEST_F(RetryTest, TheMessageOfAFailureGoesAtOnce) {
+    answer.state = AnswerState::failed;
+    answer.errorMessage = "HTTP 500: broken";
+    harness.file().updateOutcome(answer);
+    harness.start();
+    harness.endpoint.answer("first", sample::Fault::neverAnswer());
+
+    model().retry(answer.id);
+
+    EXPECT_FALSE(model().library.findAnswer(answer.id)->errorMessage.has_value());
+    EXPECT_FALSE(harness.file().loadAnswers().at(0).errorMessage.has_value());
 }
 
 TEST_F(RetryTest, ItAsksWithTheStoredRunAndThePresentProfile) {

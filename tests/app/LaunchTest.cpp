@@ -139,6 +139,19 @@ TEST_F(LaunchTest, RetiredCategoriesGoUnlessTheyHaveAChildARunOrAnExample) {
     EXPECT_EQ(model().library.categories().size(), 5u);
 }
 
+TEST_F(LaunchTest, ARetiredCategoryThatCannotBeLookedAtStays) {
+    Category category = makeCategory("Anything");
+    category.id = Seed::retiredCategories()[0];
+    harness.file().saveCategory(category);
+    harness.file().exec(
+        "DROP TABLE runs; CREATE TABLE runs (id TEXT, batch_id TEXT)"); // no category to ask for
+
+    harness.start();
+
+    EXPECT_THAT(harness.file().loadCategories(), ElementsAre(category));
+    EXPECT_FALSE(model().alertMessage->has_value());
+}
+
 TEST_F(LaunchTest, TheClaudeNoteIsMendedOnlyWhereItHasTheOldPhrase) {
     ModelProfile claude = Seed::preset(ProviderKind::claudeCode, 7, Seed::claudeCode());
     claude.notes = "Uses the Claude Code login already on this machine.";
@@ -242,6 +255,22 @@ TEST_F(LaunchTest, BatchesAreSettledEvenIfNothingWasRunning) {
     EXPECT_EQ(model().library.findBatch(batch.id)->status, BatchStatus::done);
 }
 
+TEST_F(LaunchTest, OnlyABatchWhoseStatusChangesIsWrittenAndAFailureShows) {
+    QuorlBatch settled = makeBatch();
+    settled.status = BatchStatus::done;
+    harness.file().saveBatch(settled);
+    harness.file().exec(
+        "CREATE TRIGGER refuse BEFORE UPDATE ON batches BEGIN SELECT RAISE(ABORT, 'held fast'); END");
+    harness.start();
+    EXPECT_FALSE(model().alertMessage->has_value());
+
+    const QuorlBatch running = makeBatch();
+    harness.file().saveBatch(running);
+    harness.start();
+    EXPECT_EQ(*model().alertMessage, "held fast");
+    EXPECT_EQ(model().library.findBatch(running.id)->status, BatchStatus::done);
+}
+
 TEST_F(LaunchTest, AnEmptySelectionIsFilledWithEveryReadyModelOfBothKinds) {
     const ModelProfile ready = harness.addReadyModel("ready");
     ModelProfile decision = makeModel(ProviderKind::veritor);
@@ -285,8 +314,9 @@ TEST_F(LaunchTest, AnEmptyTokenIsReplaced) {
     EXPECT_FALSE(model().apiToken->empty());
 }
 
-TEST_F(LaunchTest, TheFirstModelIsSelectedAndASelectionStays) {
+TEST_F(LaunchTest, TheFirstModelIsSelected) {
     harness.start();
+
     EXPECT_EQ(*model().selectedModelID, Seed::zun());
 }
 

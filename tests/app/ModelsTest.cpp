@@ -117,6 +117,8 @@ TEST_F(ModelsTest, CredentialsOfAnUnknownModelAreTakenAsOpenAIs) {
     model().saveSecret(unknown, {"key", "", "", ""});
 
     EXPECT_EQ(*model().secretFlags.find(unknown), true);
+    model().saveSecret(unknown, {"", "access", "secret", ""});
+    EXPECT_EQ(*model().secretFlags.find(unknown), false);
 }
 
 TEST_F(ModelsTest, ClearingCredentialsClearsItemAndFlag) {

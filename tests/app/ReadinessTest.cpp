@@ -92,7 +92,7 @@ TEST_F(ReadinessTest, AVeritorModelNeedsOnlyItsBaseURL) {
 TEST_F(ReadinessTest, HostedDecisionModelsNeedAKeyThenAModelId) {
     for (const ProviderKind provider : {ProviderKind::zun, ProviderKind::openAIDecisions}) {
         ModelProfile profile = makeModel(provider);
-        profile.modelIdentifier = "";
+        profile.modelIdentifier = " \n";
 
         EXPECT_EQ(of(profile), isBlocked("Add an API key."));
         EXPECT_EQ(of(withKey(profile)), isBlocked("Set a model id."));

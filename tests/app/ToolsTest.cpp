@@ -177,6 +177,22 @@ TEST_F(ToolsTest, TheStartAsksTheToolWhetherItIsLoggedIn) {
     }
 }
 
+TEST_F(ToolsTest, AStatusThatSaysNothingLeavesWhatIsKnown) {
+    const std::string asked = (stage.notes / "asked").string();
+    const std::string tool =
+        stage.tool("case \"$2\" in status) if [ -e " + asked + " ]; then echo what; else touch " + asked +
+                       "; echo '{\"loggedIn\":true}'; fi ;; *) exit 0 ;; esac",
+                   "claude");
+    startWith(makeTool(ProviderKind::claudeCode, tool));
+    ASSERT_TRUE(harness.loop.runUntil([&] { return *model().claudeLoggedIn == true; }));
+
+    model().loginClaudeCode(); // which asks once more
+
+    EXPECT_TRUE(
+        harness.loop.runUntil([&] { return *model().claudeLoginStatus == "Claude Code is logged in."; }));
+    EXPECT_EQ(*model().claudeLoggedIn, true);
+}
+
 TEST_F(ToolsTest, ALoginWithoutAModelOrAToolSaysWhatIsMissing) {
     startWith(makeModel());
     model().loginClaudeCode();
