@@ -39,7 +39,7 @@ std::optional<std::string> requestBody(const DecisionRequest& request) {
 RawDecision read(const HTTPReply& reply, std::string_view key) {
     const auto json = HTTPJSON::isSuccess(reply.status) ? Json::parseObject(reply.body) : std::nullopt;
     if (!json)
-        return RawDecision::failed(HTTPJSON::failure(reply.body, reply.status, key));
+        return RawDecision::failed(HTTPJSON::failure(reply.body, reply.status, {key}));
     RawDecision decision;
     decision.text = HTTPJSON::joinedText(Json::find(*json, "content"));
     if (decision.text.empty())

@@ -57,9 +57,9 @@ SigV4::Credentials credentialsOf(const ModelSecret& secret) {
 
 RawDecision read(const HTTPReply& reply, const SigV4::Credentials& credentials) {
     const auto json = HTTPJSON::isSuccess(reply.status) ? Json::parseObject(reply.body) : std::nullopt;
-    // The secret key is never sent; of what is, only the token is worth hiding.
-    if (!json)
-        return RawDecision::failed(HTTPJSON::failure(reply.body, reply.status, credentials.sessionToken));
+    if (!json) // the secret key is never sent, so nobody can quote it
+        return RawDecision::failed(
+            HTTPJSON::failure(reply.body, reply.status, {credentials.accessKey, credentials.sessionToken}));
     const Json::Value* const message = Json::find(Json::find(*json, "output"), "message");
     RawDecision decision;
     decision.text = HTTPJSON::joinedText(Json::find(message, "content"));

@@ -20,8 +20,6 @@ const std::string* findMessage(const Json::Value& reply) {
     return Json::text(Json::find(reply, "message"));
 }
 
-} // namespace
-
 // In one sweep: a reply of megabytes may hold nothing but the key, and replacing in place would move its rest
 // each time.
 std::string withoutKey(std::string_view text, std::string_view key) {
@@ -35,13 +33,22 @@ std::string withoutKey(std::string_view text, std::string_view key) {
     return shown.append(text);
 }
 
-std::string failure(std::string_view body, int status, std::string_view key) {
+} // namespace
+
+std::string withoutKeys(std::string_view text, Keys keys) {
+    std::string shown(text);
+    for (const std::string_view key : keys)
+        shown = withoutKey(shown, key);
+    return shown;
+}
+
+std::string failure(std::string_view body, int status, Keys keys) {
     const std::string prefix = "HTTP " + std::to_string(status);
     const auto reply = Json::parseObject(body);
     if (const std::string* const message = reply ? findMessage(*reply) : nullptr)
-        return prefix + ": " + withoutKey(*message, key);
-    // The key goes before the cut, which could leave a part of it.
-    const std::string text = Text::isUTF8(body) ? withoutKey(Text::trimmed(body), key) : "";
+        return prefix + ": " + withoutKeys(*message, keys);
+    // The keys go before the cut, which could leave a part of it.
+    const std::string text = Text::isUTF8(body) ? withoutKeys(Text::trimmed(body), keys) : "";
     return text.empty() ? prefix : prefix + ": " + std::string(Text::firstCharacters(text, quotedCharacters));
 }
 

@@ -3,6 +3,7 @@
 #include "base/Json.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,12 +11,14 @@
 // What the transports over HTTP share in reading a reply. Thread: any.
 namespace quorl::HTTPJSON {
 
-/// A server's words with "[API key]" wherever it quotes the key that it was sent.
-[[nodiscard]] std::string withoutKey(std::string_view text, std::string_view key);
+using Keys = std::initializer_list<std::string_view>;
+
+/// A server's words with "[API key]" wherever it quotes one of the keys that it was sent.
+[[nodiscard]] std::string withoutKeys(std::string_view text, Keys keys);
 
 /// The sentence for a reply whose status is outside 200 to 299: the server's own message where the body has
-/// one, without `key`.
-[[nodiscard]] std::string failure(std::string_view body, int status, std::string_view key = {});
+/// one, without `keys`.
+[[nodiscard]] std::string failure(std::string_view body, int status, Keys keys = {});
 
 /// A count that a provider reports: an integer, or a fraction cut off toward zero; nothing for a missing
 /// value or anything that is no number.

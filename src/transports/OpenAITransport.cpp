@@ -115,7 +115,7 @@ Attempt<RawDecision> send(HTTPSession& session, const DecisionRequest& request, 
     if (!reply)
         return Outcome::failure(reply.message());
     if (!HTTPJSON::isSuccess(reply.value().status))
-        return Outcome::failure(HTTPJSON::failure(reply.value().body, reply.value().status, key));
+        return Outcome::failure(HTTPJSON::failure(reply.value().body, reply.value().status, {key}));
     const auto json = Json::parseObject(reply.value().body);
     if (!json)
         return Outcome::failure("OpenAI returned a response that wasn't JSON.");

@@ -42,8 +42,8 @@ std::string refusal(const HTTPReply& reply, const std::optional<std::string>& re
         Veritor::isHostedNuvel(model.endpoint))
         return Veritor::hostedKeyMessage();
     if (reported)
-        return "HTTP " + std::to_string(reply.status) + ": " + HTTPJSON::withoutKey(*reported, key);
-    return HTTPJSON::failure(reply.body, reply.status, key);
+        return "HTTP " + std::to_string(reply.status) + ": " + HTTPJSON::withoutKeys(*reported, {key});
+    return HTTPJSON::failure(reply.body, reply.status, {key});
 }
 
 RawDecision read(const HTTPReply& reply, const ModelProfile& model, std::string_view key) {
@@ -54,7 +54,7 @@ RawDecision read(const HTTPReply& reply, const ModelProfile& model, std::string_
     // An error in a response keeps its text, which may tell more.
     decision.text = std::move(response.pretty);
     if (response.error) {
-        decision.errorMessage = HTTPJSON::withoutKey(*response.error, key);
+        decision.errorMessage = HTTPJSON::withoutKeys(*response.error, {key});
         return decision;
     }
     decision.inputTokens = response.inputTokens;

@@ -122,12 +122,12 @@ TEST_F(BedrockTransportTest, AWrongSecretIsRefusedInTheServicesWords) {
                               "the service documentation for details."));
 }
 
-TEST_F(BedrockTransportTest, ASessionTokenThatIsQuotedIsNotShown) {
+TEST_F(BedrockTransportTest, CredentialsThatAreQuotedAreNotShown) {
     secret.awsSessionToken = sessionToken;
-    endpoint.answer(everyModel,
-                    makeReply(403, std::string(R"({"message":"Expired: )") + sessionToken + "\"}"));
+    const std::string words = "Expired: " + secret.awsAccessKey + " with " + sessionToken;
+    endpoint.answer(everyModel, makeReply(403, R"({"message":")" + words + "\"}"));
 
-    EXPECT_EQ(complete(), RawDecision::failed("HTTP 403: Expired: [API key]"));
+    EXPECT_EQ(complete(), RawDecision::failed("HTTP 403: Expired: [API key] with [API key]"));
 }
 
 TEST_F(BedrockTransportTest, TheEndpointNamesTheRegion) {

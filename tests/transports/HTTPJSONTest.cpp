@@ -55,15 +55,16 @@ TEST(HTTPJSON, AFailureWithoutAnythingToQuoteIsTheStatusAlone) {
 TEST(HTTPJSON, AKeyThatTheServerQuotesIsLeftOut) {
     constexpr std::string_view key = "sk-0123456789";
 
-    EXPECT_EQ(HTTPJSON::failure(R"({"error":{"message":"Bad key sk-0123456789, sk-0123456789!"}})", 401, key),
-              "HTTP 401: Bad key [API key], [API key]!");
-    EXPECT_EQ(HTTPJSON::failure("Bad key sk-0123456789", 401, key), "HTTP 401: Bad key [API key]");
+    EXPECT_EQ(
+        HTTPJSON::failure(R"({"error":{"message":"Bad key sk-0123456789, sk-0123456789!"}})", 401, {key}),
+        "HTTP 401: Bad key [API key], [API key]!");
+    EXPECT_EQ(HTTPJSON::failure("Bad key sk-0123456789", 401, {key}), "HTTP 401: Bad key [API key]");
 }
 
 TEST(HTTPJSON, NoPartOfAKeyIsLeftWhereTheBodyIsCut) {
     const std::string filler(295, 'x');
 
-    EXPECT_EQ(HTTPJSON::failure(filler + "sk-0123456789", 401, "sk-0123456789"),
+    EXPECT_EQ(HTTPJSON::failure(filler + "sk-0123456789", 401, {"sk-0123456789"}),
               "HTTP 401: " + filler + "[API ");
 }
 
@@ -74,12 +75,12 @@ TEST(HTTPJSON, AMillionQuotedKeysAreLeftOut) {
     for (int count = 0; count < 1'000'000; ++count)
         body += key + " ";
 
-    EXPECT_EQ(HTTPJSON::withoutKey(body, key).find(key), std::string::npos);
-    EXPECT_EQ(HTTPJSON::failure(body, 401, key).substr(0, 30), "HTTP 401: [API key] [API key] ");
+    EXPECT_EQ(HTTPJSON::withoutKeys(body, {key}).find(key), std::string::npos);
+    EXPECT_EQ(HTTPJSON::failure(body, 401, {key}).substr(0, 30), "HTTP 401: [API key] [API key] ");
 }
 
 TEST(HTTPJSON, ATextTooShortForAKeyIsLeftInAMessage) {
-    EXPECT_EQ(HTTPJSON::failure("none of these", 400, "none"), "HTTP 400: none of these");
+    EXPECT_EQ(HTTPJSON::failure("none of these", 400, {"none"}), "HTTP 400: none of these");
 }
 
 TEST(HTTPJSON, ACountIsAnIntegerOrAFractionCutTowardZero) {
