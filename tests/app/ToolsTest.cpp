@@ -181,7 +181,7 @@ TEST_F(ToolsTest, AStatusThatSaysNothingLeavesWhatIsKnown) {
     const std::string asked = (stage.notes / "asked").string();
     const std::string tool =
         stage.tool("case \"$2\" in status) if [ -e " + asked + " ]; then echo what; else touch " + asked +
-                       "; echo '{\"loggedIn\":true}'; fi ;; *) exit 0 ;; esac",
+                       "; echo '{\"loggedIn\":true}'; fi ;; *) echo broken; exit 1 ;; esac",
                    "claude");
     startWith(makeTool(ProviderKind::claudeCode, tool));
     ASSERT_TRUE(harness.loop.runUntil([&] { return *model().claudeLoggedIn == true; }));
