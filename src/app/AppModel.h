@@ -189,6 +189,30 @@ public:
     void confirmDelete();
     void removeExample(UUID id);
 
+    // --- Judging (Judging.cpp) ---
+
+    // The three judgements are independent but for the rules told here. Nothing happens if there is no such
+    // answer. A judgement also goes into the answer's example; none ever makes one.
+
+    /// Whether the answer is good. Only a yes leaves the run's preference as it was.
+    void setAccepted(UUID answerID, std::optional<bool> value);
+    /// `value`: 1 to 10, which the caller sees to.
+    void setRating(UUID answerID, std::optional<std::int64_t> value);
+    /// Makes the answer the preferred one of its run and refuses the others; of the preferred one, takes
+    /// preference and verdicts of the whole run back. Ratings stay.
+    void markCorrect(UUID answerID);
+
+    // --- Dataset (Dataset.cpp) ---
+
+    /// Makes an example of the answer, or rewrites the one it has; all of it in memory and file, or nothing.
+    /// Without `completion` the answer's text as it stands, else that text trimmed; without
+    /// `datasetAccepted` the answer's own verdict; without `feedbackTitle` no toast. Nothing happens unless
+    /// the answer is done and there is text to keep.
+    void saveToDataset(UUID answerID, const std::optional<std::string>& completion,
+                       std::optional<bool> datasetAccepted, const std::optional<std::string>& feedbackTitle);
+    /// The answer stays, and so do its judgements.
+    void removeFromDataset(UUID answerID);
+
     // --- Scores and exports (ScoreInputs.cpp, Exports.cpp) ---
 
     /// Every answer of the library: newest run first, each run's by `position`.
@@ -264,6 +288,19 @@ private:
     void deleteCategory(const UUID& id);
     void deleteRun(const UUID& id);
     void deleteBatch(const UUID& id);
+
+    // Judging.cpp
+    void syncDataset(const ModelAnswer& answer);
+
+    // Dataset.cpp
+    void updateExample(const ModelAnswer& answer, const DatasetExample& example,
+                       const std::optional<std::string>& feedbackTitle);
+    void createExample(ModelAnswer answer, DatasetExample example,
+                       const std::optional<std::string>& feedbackTitle);
+    void announceDatasetSave(const std::string& title);
+    // Does the writes of `work` in one transaction; whatever fails, none of them stays, and the error goes
+    // on.
+    void writeTogether(const std::function<void()>& work);
 
     // Exports.cpp
     void saveFile(std::string bytes, const std::string& name, const FileType& type, FileSaver& saver);

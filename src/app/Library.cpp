@@ -364,6 +364,12 @@ void Library::replaceAnswer(const ModelAnswer& answer) {
         state->notify(AppField::answersByRun, answer.runID);
 }
 
+void Library::replaceAnswersOfRun(const UUID& runID, std::vector<ModelAnswer> answers) {
+    state->changedHere.answersOfRuns.insert(runID);
+    if (state->answers.replaceRun(runID, std::move(answers)))
+        state->notify(AppField::answersByRun, runID);
+}
+
 std::vector<UUID> Library::runsWithAnswers() const {
     return state->answers.runs();
 }

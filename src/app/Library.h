@@ -61,6 +61,8 @@ public:
     [[nodiscard]] const ModelAnswer* findAnswer(const UUID& id) const;
     /// Puts the answer in the place of the one with its id in its run, or at the end if there is none.
     void replaceAnswer(const ModelAnswer& answer);
+    /// All answers of the run, in one notification.
+    void replaceAnswersOfRun(const UUID& runID, std::vector<ModelAnswer> answers);
     /// The ids under which answers are kept, whether or not such a run exists; in no particular order.
     [[nodiscard]] std::vector<UUID> runsWithAnswers() const;
 
