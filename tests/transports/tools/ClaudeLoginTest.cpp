@@ -1,12 +1,14 @@
 #include "transports/ClaudeLogin.h"
 
 #include "support/ToolStage.h"
+#include "transports/Descriptor.h"
 #include "transports/ProcessRunner.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <thread>
 
 namespace quorl::test {
 namespace {
@@ -66,6 +68,54 @@ TEST_F(ClaudeLoginTest, TheLastWordsOfAnEndedToolCount) {
     const std::string outcome = login(tool("printf 'no '; printf 'luck' >&2; exit 1"));
 
     EXPECT_TRUE(outcome == "no luck" || outcome == "luckno" || outcome == "luckno ") << outcome;
+}
+
+// Holds a thread still, wherever it is, while what it will find next is prepared.
+class HeldThread {
+public:
+    explicit HeldThread(pthread_t thread) {
+        struct sigaction hold {};
+        hold.sa_handler = [](int) {
+            char byte = 0;
+            static_cast<void>(write(held.writeEnd.get(), &byte, 1) + read(goOn.readEnd.get(), &byte, 1));
+        };
+        sigaction(SIGUSR1, &hold, &former);
+        pthread_kill(thread, SIGUSR1);
+        char byte = 0;
+        EXPECT_EQ(read(held.readEnd.get(), &byte, 1), 1);
+    }
+    void release() const { EXPECT_EQ(write(goOn.writeEnd.get(), "", 1), 1); }
+    ~HeldThread() { sigaction(SIGUSR1, &former, nullptr); }
+    HeldThread(const HeldThread&) = delete;
+    HeldThread& operator=(const HeldThread&) = delete;
+
+private:
+    // A handler reaches nothing but statics.
+    inline static const Pipe held = makePipe().value();
+    inline static const Pipe goOn = makePipe().value();
+    struct sigaction former {};
+};
+
+TEST_F(ClaudeLoginTest, AURLAmongTheLastWordsIsOpenedFromTheOutputOnly) {
+    for (const std::string stream : {"1", "2"}) {
+        opened.clear();
+        const auto gate = top / ("gate" + stream);
+        ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
+        const std::string late =
+            tool("read line < " + gate.string() + "; echo https://x.example >&" + stream);
+        std::thread caller([&] { static_cast<void>(login(late)); });
+        // The other end of the fifo opens once the tool has begun.
+        std::ofstream letOn(gate);
+        const HeldThread heldCaller(caller.native_handle());
+
+        letOn << "go\n" << std::flush;
+        siginfo_t info{};
+        EXPECT_EQ(waitid(P_ALL, 0, &info, WEXITED | WNOWAIT), 0);
+        heldCaller.release();
+        caller.join();
+
+        EXPECT_EQ(opened.size(), stream == "1" ? 1u : 0u);
+    }
 }
 
 TEST_F(ClaudeLoginTest, AFailureShowsItsWordsWithoutTheURL) {
