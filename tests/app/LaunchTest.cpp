@@ -314,6 +314,26 @@ TEST_F(LaunchTest, AnEmptyTokenIsReplaced) {
     EXPECT_FALSE(model().apiToken->empty());
 }
 
+TEST_F(LaunchTest, WhatNothingRestoresHasItsInitialValue) {
+    harness.start();
+
+    EXPECT_EQ(*model().destination, Destination(Screen::draft));
+    EXPECT_EQ(*model().activeRunID, std::nullopt);
+    EXPECT_EQ(*model().activeBatchID, std::nullopt);
+    EXPECT_EQ(*model().claudeLoggedIn, std::nullopt);
+    EXPECT_EQ(*model().claudeLoginStatus, std::nullopt);
+    EXPECT_EQ(*model().focusToken, 0);
+    EXPECT_EQ(*model().selectedCategoryID, std::nullopt);
+    EXPECT_EQ(*model().selectedBatchID, std::nullopt);
+    EXPECT_EQ(*model().alertMessage, std::nullopt);
+    EXPECT_EQ(*model().feedback, std::nullopt);
+    EXPECT_EQ(*model().pendingDelete, std::nullopt);
+    EXPECT_EQ(*model().apiBase, "http://127.0.0.1:47821");
+    EXPECT_EQ(*model().launchWarning, std::nullopt);
+    EXPECT_EQ(model().testStatus.find(Seed::zun()), nullptr);
+    EXPECT_EQ(*model().lastAsk, distantPast);
+}
+
 TEST_F(LaunchTest, TheFirstModelIsSelected) {
     harness.start();
 
