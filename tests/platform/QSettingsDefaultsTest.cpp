@@ -241,6 +241,17 @@ TEST_F(QSettingsDefaultsFile, WritesNothingWhereNothingChanges) {
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
+TEST_F(QSettingsDefaultsFile, AListOfOneTextIsAsItStandsInTheFile) {
+    write("[General]\none=a\n");
+    QSettingsDefaults defaults(file);
+    std::filesystem::remove(file);
+
+    defaults.setStrings("one", {"a"});
+    QCoreApplication::processEvents();
+
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 TEST_F(QSettingsDefaultsFile, IsTheUsersAloneAlsoAfterRewriting) {
     const auto mask = umask(0);
     {
