@@ -24,8 +24,8 @@ struct HTTPReply {
 class HTTPSession {
 public:
     struct Limits {
-        std::chrono::milliseconds timeout{180'000};       // per request, from start to the body's last byte
-        std::size_t maximumReplyBytes = 64 * 1024 * 1024; // a longer body ends as a failure
+        std::chrono::milliseconds timeout{180'000}; // per request, from start to the body's last byte
+        std::size_t maximumReplyBytes = std::size_t{64} * 1024 * 1024; // a longer body ends as a failure
     };
 
     HTTPSession();

@@ -73,7 +73,11 @@ void HTTPTransfer::prepare(const std::string& url, const std::map<std::string, s
     headerLines.reset(curl_slist_append(nullptr, "Expect:"));
     for (const auto& [name, value] : headers) {
         // curl takes "Name:" as the wish to leave a header out; "Name;" sends it empty.
-        const std::string line = Text::isBlank(value) ? name + ";" : name + ": " + value;
+        std::string line = name;
+        if (Text::isBlank(value))
+            line += ';';
+        else
+            line.append(": ").append(value);
         curl_slist_append(headerLines.get(), line.c_str());
     }
     requestBody = std::move(body);
