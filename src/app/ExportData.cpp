@@ -87,6 +87,8 @@ Json::Value trainingLine(const DatasetExample& example) {
 std::string scoresCSV(std::span<const ScoreRow> rows) {
     std::string csv = "model,category,answers,correct_percent,average_rating,average_latency_ms,"
                       "average_cost_usd,input_tokens,output_tokens";
+    constexpr std::size_t usualRow = 96;
+    csv.reserve(csv.size() + rows.size() * usualRow);
     for (const ScoreRow& row : rows) {
         csv += '\n';
         appendRow(csv, row);

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <tuple>
-#include <unordered_map>
+#include <utility>
 
 namespace quorl {
 
@@ -49,14 +49,8 @@ struct GroupKey {
     bool operator==(const GroupKey&) const = default;
 };
 
-struct GroupKeyHash {
-    std::size_t operator()(const GroupKey& key) const {
-        const std::size_t category = key.categoryID ? key.categoryID->hash() : 0;
-        return key.modelID.hash() ^ category * 0xC2B2AE3D27D4EB4Fu; // odd, so that nothing is lost
-    }
-};
-
 struct Group {
+    GroupKey key;
     ScoreRow row;
     CompensatedSum cost;
 
@@ -81,6 +75,48 @@ struct Group {
         addTo(row.inputTokens, input.inputTokens.value_or(0));
         addTo(row.outputTokens, input.outputTokens.value_or(0));
     }
+};
+
+// Groups in the order in which they are made, found by key in an open-addressed table of their places:
+// following a node for each of a million answers would take most of the time.
+class Groups {
+public:
+    // Null if there is none.
+    [[nodiscard]] Group* find(const GroupKey& key) {
+        const std::size_t place = table[slotOf(key)];
+        return place == nowhere ? nullptr : &groups[place];
+    }
+
+    // Only where `find` finds none.
+    Group& add(Group group) {
+        // At most half full.
+        if ((groups.size() + 1) * 2 > table.size()) {
+            table.assign(table.size() * 2, nowhere);
+            for (std::size_t place = 0; place < groups.size(); ++place)
+                table[slotOf(groups[place].key)] = place;
+        }
+        table[slotOf(group.key)] = groups.size();
+        return groups.emplace_back(std::move(group));
+    }
+
+    [[nodiscard]] std::vector<Group>& all() { return groups; }
+
+private:
+    static constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
+
+    // The slot of the key's group, or the empty one where it would stand.
+    [[nodiscard]] std::size_t slotOf(const GroupKey& key) const {
+        const std::size_t category = key.categoryID ? key.categoryID->hash() : 0;
+        std::size_t hash = key.modelID.hash() ^ category * 0xC2B2AE3D27D4EB4Fu;
+        hash = (hash * 0x9E3779B97F4A7C15u) >> 32;
+        std::size_t slot = hash & (table.size() - 1);
+        while (table[slot] != nowhere && !(groups[table[slot]].key == key))
+            slot = (slot + 1) & (table.size() - 1);
+        return slot;
+    }
+
+    std::vector<Group> groups;
+    std::vector<std::size_t> table = std::vector(1024, nowhere); // always a power of two
 };
 
 const Category* findCategory(const UUID& id, std::span<const Category> categories) {
@@ -151,23 +187,22 @@ std::vector<ScoreRow> ScoreMath::rows(std::span<const ScoreInput> answers,
     const auto shownAs =
         isSplit || categoryFilter ? std::nullopt : std::optional<std::string>("All categories");
 
-    std::vector<Group> groups;
-    std::unordered_map<GroupKey, std::size_t, GroupKeyHash> places;
+    Groups groups;
     for (const ScoreInput& input : answers) {
         if (!counts(input, allowed))
             continue;
         const GroupKey key{input.modelID, isSplit ? input.categoryID : std::nullopt};
-        const auto [place, isNew] = places.try_emplace(key, groups.size());
-        if (isNew) {
+        Group* group = groups.find(key);
+        if (!group) {
             const auto& categoryID = isSplit ? input.categoryID : categoryFilter;
-            groups.push_back({emptyRow(input, categoryID, categories, shownAs), {}});
+            group = &groups.add({key, emptyRow(input, categoryID, categories, shownAs), {}});
         }
-        groups[place->second].add(input);
+        group->add(input);
     }
 
     std::vector<ScoreRow> table;
-    table.reserve(groups.size());
-    for (Group& group : groups) {
+    table.reserve(groups.all().size());
+    for (Group& group : groups.all()) {
         group.row.costSum = group.cost.value();
         table.push_back(std::move(group.row));
     }

@@ -1,0 +1,123 @@
+#include "platform/linux/SaveDialog.h"
+
+#include "support/Fakes.h"
+#include "support/TempFolder.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QUrl>
+#include <QVariant>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace quorl::test {
+
+namespace {
+
+QGuiApplication& application() {
+    static const bool isOffscreen = setenv("QT_QPA_PLATFORM", "offscreen", 1) == 0;
+    static int count = isOffscreen ? 1 : 0;
+    static char name[] = "quorl_save_dialog_test";
+    static char* words[] = {name, nullptr};
+    static QGuiApplication made(count, words);
+    return made;
+}
+
+class SaveDialogTest : public testing::Test {
+protected:
+    SaveDialogTest() {
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick\nWindow { width: 600; height: 400; visible: true }", QUrl());
+        window.reset(qobject_cast<QQuickWindow*>(component.create()));
+        dialog = std::make_unique<SaveDialog>(*window, defaults);
+    }
+
+    void ask(const std::string& name = "quorl-scores.csv") {
+        dialog->chooseTarget(name, {"Comma-separated values", "csv"}, [this](const auto& target) {
+            ++answers;
+            answer = target;
+        });
+    }
+
+    // Null until the dialog has been loaded.
+    [[nodiscard]] QObject* shown() const { return window->findChild<QObject*>("saveDialog"); }
+
+    [[nodiscard]] std::string fileShown(const char* property) const {
+        return shown()->property(property).toUrl().toLocalFile().toStdString();
+    }
+
+    void press(const char* button) const { QMetaObject::invokeMethod(shown(), button); }
+
+    QGuiApplication& running = application(); // ahead of the engine
+    TempFolder folder;
+    FakeDefaults defaults;
+    QQmlEngine engine;
+    std::unique_ptr<QQuickWindow> window;
+    std::unique_ptr<SaveDialog> dialog;
+    int answers = 0;
+    std::optional<std::filesystem::path> answer;
+};
+
+TEST_F(SaveDialogTest, NothingIsLoadedBeforeItIsAskedFor) {
+    EXPECT_EQ(shown(), nullptr);
+}
+
+TEST_F(SaveDialogTest, ItProposesTheNameAndTakesTheTypeAlone) {
+    defaults.setString("export.folder", folder.path().string());
+
+    ask();
+
+    ASSERT_NE(shown(), nullptr);
+    EXPECT_EQ(answers, 0);
+    EXPECT_EQ(fileShown("selectedFile"), (folder.path() / "quorl-scores.csv").string());
+    EXPECT_EQ(fileShown("currentFolder"), folder.path().string());
+    EXPECT_EQ(shown()->property("nameFilters").toStringList(), QStringList{"Comma-separated values (*.csv)"});
+    EXPECT_EQ(shown()->property("defaultSuffix").toString(), "csv");
+}
+
+TEST_F(SaveDialogTest, WhatIsChosenIsAnsweredOnceAndItsFolderRemembered) {
+    defaults.setString("export.folder", folder.path().string());
+    ask();
+
+    press("accept");
+
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(answer, folder.path() / "quorl-scores.csv");
+    EXPECT_EQ(defaults.string("export.folder"), folder.path().string());
+}
+
+TEST_F(SaveDialogTest, CancellingAnswersNothingAndItCanBeAskedAgain) {
+    ask();
+    press("reject");
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(answer, std::nullopt);
+
+    ask("quorl-dataset.jsonl");
+    press("reject");
+    EXPECT_EQ(answers, 2);
+}
+
+TEST_F(SaveDialogTest, WhileItIsOpenASecondQuestionIsAnsweredWithNothing) {
+    ask();
+    ask();
+
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(answer, std::nullopt);
+}
+
+TEST_F(SaveDialogTest, AFolderThatIsGoneIsNotOpened) {
+    const auto gone = folder.path() / "gone";
+    defaults.setString("export.folder", gone.string());
+
+    ask();
+
+    EXPECT_NE(fileShown("currentFolder"), gone.string());
+}
+
+} // namespace
+
+} // namespace quorl::test
