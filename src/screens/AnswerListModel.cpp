@@ -1,6 +1,7 @@
 #include "screens/AnswerListModel.h"
 
 #include "base/Format.h"
+#include "decision/VeritorResults.h"
 #include "screens/Strings.h"
 
 namespace quorl {
@@ -26,6 +27,11 @@ QString cost(const ModelAnswer& answer) {
 
 } // namespace
 
+void AnswerListModel::setRows(std::span<const ModelAnswer> next, QuorlKind runKind) {
+    kind = runKind; // no row stays when another run comes on show, so none has to be told
+    RecordListModel::setRows(next);
+}
+
 QVariant AnswerListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
@@ -39,7 +45,7 @@ QVariant AnswerListModel::data(const QModelIndex& index, int role) const {
     case AnswerStateRole:
         return QVariant::fromValue(shownState(answer.state));
     case AnswerTextRole:
-        return toQString(answer.text);
+        return toQString(kind == QuorlKind::decision ? Veritor::summary(answer.text) : answer.text);
     case ErrorRole:
         return toQString(answer.errorMessage.value_or(""));
     case TimeRole:

@@ -16,6 +16,9 @@ class AnswerListModel : public RecordListModel<ModelAnswer> {
 public:
     using RecordListModel::RecordListModel;
 
+    /// The answers of a run of that kind: a decision shows in lines what its stored text holds.
+    void setRows(std::span<const ModelAnswer> next, QuorlKind runKind);
+
     enum class State { Running, Done, Failed };
     Q_ENUM(State)
 
@@ -32,6 +35,9 @@ public:
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    QuorlKind kind = QuorlKind::generation;
 };
 
 } // namespace quorl

@@ -1,6 +1,7 @@
 #include "screens/DraftScreen.h"
 
 #include "base/Text.h"
+#include "decision/Veritor.h"
 #include "screens/Strings.h"
 
 #include <algorithm>
@@ -8,6 +9,16 @@
 namespace quorl {
 
 namespace {
+
+DraftScreen::Mode modeOf(QuorlKind kind) {
+    switch (kind) {
+    case QuorlKind::decision:
+        return DraftScreen::Mode::Decision;
+    case QuorlKind::generation:
+        return DraftScreen::Mode::Generation;
+    }
+    Q_UNREACHABLE();
+}
 
 // None gives an invitation, up to two are named, of more the first two and the number of the others.
 QString labelOf(const std::vector<ModelProfile>& models) {
@@ -24,11 +35,9 @@ QString labelOf(const std::vector<ModelProfile>& models) {
 } // namespace
 
 DraftScreen::DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter)
-    : model(appModel), adapter(modelAdapter) {
-    // The composer of decisions is not here yet: a draft of that kind could be asked, but not be seen.
-    if (*model.draftKind == QuorlKind::decision)
-        model.setKind(QuorlKind::generation);
+    : model(appModel), adapter(modelAdapter), questionRows(appModel) {
     connect(&adapter, &ModelAdapter::changed, this, &DraftScreen::refresh);
+    refreshMode();
     refreshTexts();
     refreshModels();
     refreshAnswers();
@@ -40,6 +49,21 @@ QString DraftScreen::awaited() const {
 
 QString DraftScreen::finishedCount() const {
     return tr("%1 of %2").arg(shownAnswers.total - shownAnswers.running).arg(shownAnswers.total);
+}
+
+void DraftScreen::chooseMode(Mode next) {
+    if (next == shownMode)
+        return;
+    switch (next) {
+    case Mode::Decision:
+        model.setKind(QuorlKind::decision);
+        break;
+    case Mode::Generation:
+        model.draftIsBulk = false;
+        model.newComparison();
+        model.setKind(QuorlKind::generation);
+        break;
+    }
 }
 
 void DraftScreen::editPrompt(const QString& text) {
@@ -65,10 +89,8 @@ void DraftScreen::toggleModel(const QString& modelID) {
 
 void DraftScreen::compare() {
     adapter.deliver(); // or an edit of this turn would clear what is said here
-    if (*model.draftKind == QuorlKind::decision)
-        model.setKind(QuorlKind::generation);
-    if (Text::isBlank(*model.draftPrompt))
-        return setValidation(tr("Write a question first."));
+    if (QString missing = whatIsMissing(); !missing.isEmpty())
+        return setValidation(std::move(missing));
     if (model.selectedModels().empty()) {
         setValidation(tr("Choose at least one ready model."));
         Q_EMIT modelsRequested();
@@ -89,6 +111,10 @@ void DraftScreen::retry(const QString& answerID) {
 
 void DraftScreen::refresh(const ModelChanges& changes) {
     using enum AppField;
+    if (changes.has(draftKind))
+        refreshMode();
+    if (changes.has(draftQuestions))
+        questionRows.refresh();
     if (changes.hasAny({draftPrompt, draftSystem}))
         refreshTexts();
     if (changes.hasAny({models, draftKind, draftModelIDs, secretFlags, claudeLoggedIn}))
@@ -105,6 +131,15 @@ void DraftScreen::refresh(const ModelChanges& changes) {
         setValidation({});
         Q_EMIT questionFocusRequested();
     }
+}
+
+void DraftScreen::refreshMode() {
+    const Mode next = modeOf(*model.draftKind);
+    if (next == shownMode)
+        return;
+    shownMode = next;
+    setValidation({}); // it spoke of the other kind's fields
+    Q_EMIT modeChanged();
 }
 
 void DraftScreen::refreshTexts() {
@@ -141,7 +176,7 @@ void DraftScreen::refreshModels() {
 void DraftScreen::refreshAnswers() {
     const QuorlRun* run = *model.activeRunID ? model.library.findRun(**model.activeRunID) : nullptr;
     const auto answers = run ? model.library.answersOfRun(run->id) : std::span<const ModelAnswer>();
-    cards.setRows(answers);
+    cards.setRows(answers, run ? run->kind : QuorlKind::generation);
 
     AnswersSummary next;
     next.hasRun = run != nullptr;
@@ -156,6 +191,16 @@ void DraftScreen::refreshAnswers() {
         return;
     shownAnswers = std::move(next);
     Q_EMIT answersChanged();
+}
+
+QString DraftScreen::whatIsMissing() const {
+    switch (*model.draftKind) {
+    case QuorlKind::decision:
+        return toQString(Veritor::validate(*model.draftPrompt, *model.draftQuestions).value_or(""));
+    case QuorlKind::generation:
+        return Text::isBlank(*model.draftPrompt) ? tr("Write a question first.") : QString();
+    }
+    Q_UNREACHABLE();
 }
 
 void DraftScreen::setValidation(QString line) {

@@ -3,6 +3,7 @@
 #include "screens/AnswerListModel.h"
 #include "screens/ModelAdapter.h"
 #include "screens/ModelChoiceListModel.h"
+#include "screens/QuestionListModel.h"
 
 #include <QObject>
 #include <QString>
@@ -21,9 +22,10 @@ class DraftScreen : public QObject {
     QML_UNCREATABLE("Made by RootScreen")
 
     // The composer
-    Q_PROPERTY(QString modeTitle READ modeTitle CONSTANT)
+    Q_PROPERTY(Mode mode READ mode NOTIFY modeChanged)
     Q_PROPERTY(QString prompt READ prompt NOTIFY promptChanged)
     Q_PROPERTY(QString systemPrompt READ systemPrompt NOTIFY systemPromptChanged)
+    Q_PROPERTY(quorl::QuestionListModel* questions READ questions CONSTANT)
     Q_PROPERTY(quorl::ModelChoiceListModel* models READ models CONSTANT)
     Q_PROPERTY(QString modelsLabel READ modelsLabel NOTIFY modelsLabelChanged)
     Q_PROPERTY(QString runLabel READ runLabel CONSTANT)
@@ -41,9 +43,13 @@ public:
     /// Both are borrowed and must outlive the screen.
     DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter);
 
-    [[nodiscard]] QString modeTitle() const { return tr("Ask models"); }
+    enum class Mode { Decision, Generation };
+    Q_ENUM(Mode)
+
+    [[nodiscard]] Mode mode() const { return shownMode; }
     [[nodiscard]] QString prompt() const { return shownPrompt; }
     [[nodiscard]] QString systemPrompt() const { return shownSystemPrompt; }
+    [[nodiscard]] QuestionListModel* questions() { return &questionRows; }
     [[nodiscard]] ModelChoiceListModel* models() { return &choices; }
     [[nodiscard]] QString modelsLabel() const { return shownModelsLabel; }
     [[nodiscard]] QString runLabel() const { return tr("Compare"); }
@@ -57,6 +63,8 @@ public:
     [[nodiscard]] QString finishedCount() const;
     [[nodiscard]] AnswerListModel* answers() { return &cards; }
 
+    Q_INVOKABLE void chooseMode(quorl::DraftScreen::Mode next);
+
     /// What an editor holds now. What it makes of our own text by itself counts as no edit.
     Q_INVOKABLE void editPrompt(const QString& text);
     Q_INVOKABLE void editSystemPrompt(const QString& text);
@@ -67,6 +75,7 @@ public:
     Q_INVOKABLE void retry(const QString& answerID);
 
 Q_SIGNALS:
+    void modeChanged();
     void promptChanged();
     void systemPromptChanged();
     void modelsLabelChanged();
@@ -87,15 +96,21 @@ private:
     };
 
     void refresh(const ModelChanges& changes);
+    void refreshMode();
     void refreshTexts();
     void refreshModels();
     void refreshAnswers();
     void setValidation(QString line);
 
+    // What is missing in the draft, as a sentence; empty if nothing is.
+    [[nodiscard]] QString whatIsMissing() const;
+
     AppModel& model;
     ModelAdapter& adapter;
+    QuestionListModel questionRows;
     ModelChoiceListModel choices;
     AnswerListModel cards;
+    Mode shownMode = Mode::Decision;
     QString shownPrompt;
     QString shownSystemPrompt;
     QString shownModelsLabel;

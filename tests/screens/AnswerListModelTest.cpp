@@ -51,7 +51,7 @@ TEST_F(AnswerListModelTest, SpeaksTheWordsOfTheCard) {
     answer.outputTokens = 35;
     answer.tokensEstimated = true;
     answer.costUSD = 0;
-    model.setRows(std::vector{answer});
+    model.setRows(std::vector{answer}, QuorlKind::generation);
 
     EXPECT_EQ(shown(0, AnswerListModel::ModelNameRole), QStringLiteral("GPT-4.1"));
     EXPECT_EQ(shown(0, AnswerListModel::AnswerStateRole).toInt(), int(AnswerListModel::State::Done));
@@ -62,10 +62,18 @@ TEST_F(AnswerListModelTest, SpeaksTheWordsOfTheCard) {
     EXPECT_EQ(shown(0, AnswerListModel::CostRole), QStringLiteral("Cost: $0"));
 }
 
+TEST_F(AnswerListModelTest, ADecisionShowsInLinesWhatItsTextHolds) {
+    ModelAnswer answer = makeAnswer(run);
+    answer.text = R"({"answers":{"is_it_wet":{"type":"noul","noul":0.875}},"model":"local"})";
+    model.setRows(std::vector{answer}, QuorlKind::decision);
+
+    EXPECT_EQ(shown(0, AnswerListModel::AnswerTextRole), QStringLiteral("local\nis_it_wet  ·  88% yes"));
+}
+
 TEST_F(AnswerListModelTest, AnUnknownCostIsNotSpokenOf) {
     ModelAnswer answer = makeAnswer(run);
     answer.costUSD = std::nullopt;
-    model.setRows(std::vector{answer});
+    model.setRows(std::vector{answer}, QuorlKind::generation);
 
     EXPECT_EQ(shown(0, AnswerListModel::CostRole), QString());
 }
@@ -74,7 +82,7 @@ TEST_F(AnswerListModelTest, AFailureHasItsSentence) {
     ModelAnswer answer = makeAnswer(run);
     answer.state = AnswerState::failed;
     answer.errorMessage = "Rate limit %1 reached.";
-    model.setRows(std::vector{answer});
+    model.setRows(std::vector{answer}, QuorlKind::generation);
 
     EXPECT_EQ(shown(0, AnswerListModel::AnswerStateRole).toInt(), int(AnswerListModel::State::Failed));
     EXPECT_EQ(shown(0, AnswerListModel::ErrorRole), QStringLiteral("Rate limit %1 reached."));
@@ -83,21 +91,21 @@ TEST_F(AnswerListModelTest, AFailureHasItsSentence) {
 TEST_F(AnswerListModelTest, BytesThatAreNotUTF8AreReplaced) {
     ModelAnswer answer = makeAnswer(run);
     answer.text = "a\xFFz";
-    model.setRows(std::vector{answer});
+    model.setRows(std::vector{answer}, QuorlKind::generation);
 
     EXPECT_EQ(shown(0, AnswerListModel::AnswerTextRole).toString(), QStringLiteral("a\uFFFDz"));
 }
 
 TEST_F(AnswerListModelTest, OnlyTheRowThatDiffersIsToldOf) {
     auto answers = makeAnswers(3);
-    model.setRows(answers);
+    model.setRows(answers, QuorlKind::generation);
     QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
     QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
     QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
     QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
 
     answers[1].text = "The other way.";
-    model.setRows(answers);
+    model.setRows(answers, QuorlKind::generation);
 
     ASSERT_EQ(changed.size(), 1);
     EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
@@ -108,26 +116,26 @@ TEST_F(AnswerListModelTest, OnlyTheRowThatDiffersIsToldOf) {
 
 TEST_F(AnswerListModelTest, RowsAreTakenAwayAddedAndMovedToTheirPlaces) {
     auto answers = makeAnswers(6);
-    model.setRows(answers);
+    model.setRows(answers, QuorlKind::generation);
 
     answers.erase(answers.begin() + 4);
     answers.erase(answers.begin());
     std::reverse(answers.begin(), answers.end());
     answers.insert(answers.begin() + 1, makeAnswer(run, 9));
     answers.push_back(makeAnswer(run, 10));
-    model.setRows(answers);
+    model.setRows(answers, QuorlKind::generation);
 
     EXPECT_EQ(shownIDs(), idsOf(answers));
 }
 
 TEST_F(AnswerListModelTest, AnotherRunReplacesAllRows) {
-    model.setRows(makeAnswers(4));
+    model.setRows(makeAnswers(4), QuorlKind::generation);
     const auto others = makeAnswers(2);
 
-    model.setRows(others);
+    model.setRows(others, QuorlKind::generation);
     EXPECT_EQ(shownIDs(), idsOf(others));
 
-    model.setRows({});
+    model.setRows({}, QuorlKind::generation);
     EXPECT_EQ(model.rowCount(), 0);
 }
 

@@ -1,5 +1,6 @@
 #include "screens/DraftScreen.h"
 
+#include "decision/VeritorResults.h"
 #include "screens/ScreenHarness.h"
 
 #include <QAbstractItemModelTester>
@@ -12,6 +13,8 @@ namespace {
 
 class DraftScreenTest : public testing::Test {
 protected:
+    DraftScreenTest() { harness.defaults.setString("draft.kind", "generation"); }
+
     DraftScreen& show() { return *harness.show().draft(); }
 
     // A screen whose draft is one question to those models.
@@ -36,13 +39,96 @@ protected:
     ScreenHarness harness;
 };
 
-TEST_F(DraftScreenTest, ADraftOfADecisionBecomesOneOfAGeneration) {
-    harness.addReadyModel("up");
-    const DraftScreen& screen = show();
+TEST_F(DraftScreenTest, OpensInTheModeOfTheDraft) {
+    harness.defaults.setString("draft.kind", "decision");
 
-    EXPECT_EQ(*harness.model().draftKind, QuorlKind::generation);
-    EXPECT_EQ(screen.modeTitle(), QStringLiteral("Ask models"));
-    EXPECT_EQ(screen.systemPrompt(), QStringLiteral("Answer directly. Do not use tools."));
+    EXPECT_EQ(show().mode(), DraftScreen::Mode::Decision);
+    EXPECT_EQ(*harness.model().draftKind, QuorlKind::decision);
+}
+
+TEST_F(DraftScreenTest, ChoosingDecisionsShowsTheirModelsAndKeepsTheTexts) {
+    harness.addReadyModel("speaker");
+    harness.addDecisionModel("decider", 1);
+    DraftScreen& screen = show();
+    screen.editPrompt(QStringLiteral("Two rooms are free."));
+    ASSERT_EQ(choice(screen, 0, ModelChoiceListModel::ModelNameRole), QStringLiteral("speaker"));
+
+    screen.chooseMode(DraftScreen::Mode::Decision);
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(screen.mode(), DraftScreen::Mode::Decision);
+    EXPECT_EQ(harness.defaults.string("draft.kind"), "decision");
+    EXPECT_EQ(screen.prompt(), QStringLiteral("Two rooms are free."));
+    ASSERT_EQ(screen.models()->rowCount(), 1);
+    EXPECT_EQ(choice(screen, 0, ModelChoiceListModel::ModelNameRole), QStringLiteral("decider"));
+}
+
+TEST_F(DraftScreenTest, ChoosingToAskModelsLeavesTheBulkListAndHidesTheAnswers) {
+    harness.defaults.setString("draft.kind", "decision");
+    harness.defaults.setBoolean("draft.bulk", true);
+    const QuorlRun run = makeRun(QuorlKind::decision);
+    harness.file().insertRun(run);
+    DraftScreen& screen = show();
+    harness.model().activeRunID = run.id;
+    ScreenHarness::endTurn();
+    QSignalSpy focusRequested(&screen, &DraftScreen::questionFocusRequested);
+
+    screen.chooseMode(DraftScreen::Mode::Generation);
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(screen.mode(), DraftScreen::Mode::Generation);
+    EXPECT_FALSE(*harness.model().draftIsBulk);
+    EXPECT_EQ(harness.defaults.boolean("draft.bulk"), false);
+    EXPECT_FALSE(screen.hasRun());
+    EXPECT_EQ(focusRequested.size(), 1);
+}
+
+TEST_F(DraftScreenTest, WhatIsWrongWithADecisionIsSaidAndNothingIsAsked) {
+    harness.defaults.setString("draft.kind", "decision");
+    DraftScreen& screen = show();
+
+    screen.compare();
+    EXPECT_EQ(screen.validation(), QStringLiteral("Write the state this decision is about."));
+
+    screen.editPrompt(QStringLiteral("Two rooms are free."));
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.validation(), QString());
+    screen.compare();
+    EXPECT_EQ(screen.validation(), QStringLiteral("Write the question text."));
+    EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
+    EXPECT_EQ(harness.model().library.runCount(), 0u);
+}
+
+TEST_F(DraftScreenTest, AnotherModeTakesTheValidationLineAlong) {
+    harness.defaults.setString("draft.kind", "decision");
+    DraftScreen& screen = show();
+    screen.compare();
+    ASSERT_NE(screen.validation(), QString());
+
+    screen.chooseMode(DraftScreen::Mode::Generation);
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(screen.validation(), QString());
+}
+
+TEST_F(DraftScreenTest, ADecisionIsAskedAndItsAnswerShownInLines) {
+    harness.defaults.setString("draft.kind", "decision");
+    DraftScreen& screen = showAsking({harness.addDecisionModel("decider")});
+    QuestionListModel& questions = *screen.questions();
+    const QString id = questions.data(questions.index(0), QuestionListModel::QuestionIDRole).toString();
+    questions.editInstructions(id, QStringLiteral("Is it late?"));
+    questions.setType(id, QuestionListModel::Type::YesNo);
+    ScreenHarness::endTurn();
+
+    screen.compare();
+    ASSERT_TRUE(harness.answered());
+    ScreenHarness::endTurn();
+
+    ASSERT_EQ(screen.answers()->rowCount(), 1);
+    EXPECT_EQ(card(screen, 0, AnswerListModel::AnswerTextRole).toString().toStdString(),
+              Veritor::summary(harness.activeAnswers()[0].text));
+    EXPECT_NE(card(screen, 0, AnswerListModel::AnswerTextRole).toString().toStdString(),
+              harness.activeAnswers()[0].text);
 }
 
 TEST_F(DraftScreenTest, EditsReachTheDraftAtOnceAndTheSettingsAtTheEndOfTheTurn) {

@@ -1,5 +1,6 @@
 #include "screens/MainWindow.h"
 
+#include "decision/VeritorResults.h"
 #include "screens/ScreenHarness.h"
 
 #include <QAccessible>
@@ -13,6 +14,8 @@ namespace {
 // The window as a person has it: what is on it is found by the name that a screen reader would say.
 class MainWindowTest : public testing::Test {
 protected:
+    MainWindowTest() { harness.defaults.setString("draft.kind", "generation"); }
+
     QQuickWindow& open(QSize size = {1240, 800}) {
         mainWindow = std::make_unique<MainWindow>(harness.show());
         window().resize(size);
@@ -79,6 +82,24 @@ protected:
         chosen.push_back(model.id.text());
         harness.defaults.setStrings("draft.models", chosen);
         return model;
+    }
+
+    // A window on a decision of which nothing is written yet.
+    void openDecision() {
+        harness.defaults.setString("draft.kind", "decision");
+        open();
+    }
+
+    // By Tab, from the field before it.
+    void write(const char* field, const char* text) {
+        for (int stops = 0; focused() != field && stops < 30; ++stops)
+            press(Qt::Key_Tab);
+        ASSERT_EQ(focused(), field);
+        type(text);
+    }
+
+    const DecisionQuestion& draftQuestion(std::size_t place = 0) {
+        return harness.model().draftQuestions->at(place);
     }
 
     ScreenHarness harness;
@@ -395,6 +416,117 @@ TEST_F(MainWindowTest, UndoTakesBackLettersOnly) {
     EXPECT_EQ(*harness.model().draftPrompt, "");
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(*harness.model().draftPrompt, "");
+}
+
+TEST_F(MainWindowTest, TheModeIsSwitchedByClickAndByKey) {
+    open();
+    click(find(QStringLiteral("Decision"), QAccessible::RadioButton));
+    EXPECT_EQ(*harness.model().draftKind, QuorlKind::decision);
+    EXPECT_NE(find(QStringLiteral("Context"), QAccessible::EditableText), nullptr);
+    EXPECT_EQ(find(QStringLiteral("System prompt"), QAccessible::EditableText), nullptr);
+    EXPECT_TRUE(
+        QAccessible::queryAccessibleInterface(find(QStringLiteral("Decision"), QAccessible::RadioButton))
+            ->state()
+            .checked);
+
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Ask models");
+    press(Qt::Key_Return);
+    EXPECT_EQ(*harness.model().draftKind, QuorlKind::generation);
+    EXPECT_EQ(focused(), "Question");
+}
+
+TEST_F(MainWindowTest, AListWithoutModelsSaysSo) {
+    open();
+
+    EXPECT_NE(findText("No model is enabled for this kind of comparison."), nullptr);
+}
+
+TEST_F(MainWindowTest, AListWithAModelSaysNoMore) {
+    addChosenModel("up");
+    open();
+
+    EXPECT_EQ(findText("No model is enabled for this kind of comparison."), nullptr);
+}
+
+TEST_F(MainWindowTest, ADecisionIsWrittenByKeysAloneAndAnswered) {
+    harness.addDecisionModel("decider");
+    openDecision();
+    EXPECT_EQ(focused(), "Question");
+
+    type("Which room?");
+    write("Choice 1", "Large");
+    write("Choice 2", "Small");
+    press(Qt::Key_Tab);
+    press(Qt::Key_Space); // "Add choice"
+    write("Choice 3", "None");
+    write("Context", "Two rooms are free.");
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(harness.answered());
+    settle();
+
+    EXPECT_EQ(harness.model().library.runAt(0).kind, QuorlKind::decision);
+    EXPECT_EQ(harness.model().library.runAt(0).prompt, "Two rooms are free.");
+    EXPECT_EQ(draftQuestion().instructions, "Which room?");
+    ASSERT_EQ(draftQuestion().options.size(), 3u);
+    EXPECT_EQ(draftQuestion().options[0].label, "Large");
+    EXPECT_EQ(draftQuestion().options[2].label, "None");
+    EXPECT_NE(findSelectable(Veritor::summary(harness.activeAnswers()[0].text).c_str()), nullptr);
+}
+
+TEST_F(MainWindowTest, WhatIsWrongWithADecisionIsSaidUnderTheButton) {
+    openDecision();
+
+    press(Qt::Key_Return, Qt::ControlModifier);
+
+    EXPECT_NE(find(QStringLiteral("Write the state this decision is about."), QAccessible::AlertMessage),
+              nullptr);
+}
+
+TEST_F(MainWindowTest, AScoreGrowsToTenLevels) {
+    openDecision();
+    click(find(QStringLiteral("Place the answer on an ordered scale"), QAccessible::RadioButton));
+    EXPECT_EQ(draftQuestion().type, DecisionQuestionType::score);
+
+    write("Lowest score level", "bad");
+    write("Highest score level", "good");
+    press(Qt::Key_Tab);
+    for (int presses = 0; presses < 9; ++presses)
+        press(Qt::Key_Return);
+
+    EXPECT_EQ(draftQuestion().levels.size(), 10u);
+    EXPECT_EQ(draftQuestion().levels[0], "bad");
+    EXPECT_EQ(draftQuestion().levels[1], "good");
+    EXPECT_FALSE(findButton("Add level")->isEnabled());
+    EXPECT_NE(find(QStringLiteral("Score level 9"), QAccessible::EditableText), nullptr);
+}
+
+TEST_F(MainWindowTest, YesAndNoMayBeGivenAMeaning) {
+    openDecision();
+    click(find(QStringLiteral("Ask a yes or no question"), QAccessible::RadioButton));
+    EXPECT_NE(findText("Add optional definitions only when needed."), nullptr);
+
+    write("Yes means (optional)", "There is a room");
+    write("No means (optional)", "There is none");
+
+    EXPECT_EQ(draftQuestion().type, DecisionQuestionType::noul);
+    EXPECT_EQ(draftQuestion().yesMeans, "There is a room");
+    EXPECT_EQ(draftQuestion().noMeans, "There is none");
+}
+
+TEST_F(MainWindowTest, AQuestionIsAddedAndRemovedButTheFirstStays) {
+    openDecision();
+    type("First?");
+    EXPECT_EQ(findButton("Remove question"), nullptr);
+
+    click(findButton("Add another question"));
+    write("Additional question", "");
+    type("Second?");
+    EXPECT_EQ(draftQuestion(1).instructions, "Second?");
+
+    click(findButton("Remove question"));
+    ASSERT_EQ(harness.model().draftQuestions->size(), 1u);
+    EXPECT_EQ(draftQuestion().instructions, "First?");
 }
 
 } // namespace

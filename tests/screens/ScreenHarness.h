@@ -18,6 +18,14 @@ public:
         return *rootScreen;
     }
 
+    /// A ready decision model behind the endpoint.
+    ModelProfile addDecisionModel(const std::string& name, std::int64_t sortIndex = 0) {
+        ModelProfile profile = addReadyModel(name, sortIndex);
+        profile.provider = ProviderKind::veritor;
+        file().saveModel(profile);
+        return profile;
+    }
+
     /// Lets a turn of the event loop end.
     static void endTurn() { QCoreApplication::processEvents(); }
 

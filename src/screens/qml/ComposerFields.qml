@@ -8,64 +8,40 @@ Item {
     required property DraftScreen screen
 
     function focusQuestion() {
-        question.forceActiveFocus(Qt.OtherFocusReason);
+        const decisionFields = fields.item as DecisionFields;
+        const generationFields = fields.item as GenerationFields;
+        if (decisionFields)
+            decisionFields.focusQuestion();
+        else
+            generationFields.focusQuestion();
     }
 
     function focusModels() {
         models.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    height: models.visible ? models.y + models.height : system.y + system.height
+    height: models.visible ? models.y + models.height : noModels.y + noModels.height
 
-    PaneTitle {
+    ModeChoice {
         id: mode
 
-        text: root.screen.modeTitle
+        screen: root.screen
     }
 
-    TextBox {
-        id: question
+    Loader {
+        id: fields
 
         anchors.top: mode.bottom
         anchors.topMargin: 22
         width: root.width
-        minimumLines: 6
-        line: Theme.promptLine
-        font: Theme.prompt
-        placeholderText: qsTr("What would you like to ask?")
-        text: root.screen.prompt
-        onTextChanged: root.screen.editPrompt(text)
-
-        Accessible.name: qsTr("Question")
-    }
-
-    FieldLabel {
-        id: systemLabel
-
-        anchors.top: question.bottom
-        anchors.topMargin: Theme.betweenFields
-        text: qsTr("System prompt")
-    }
-
-    TextBox {
-        id: system
-
-        anchors.top: systemLabel.bottom
-        anchors.topMargin: 4
-        width: root.width
-        placeholderText: qsTr("Optional instructions")
-        text: root.screen.systemPrompt
-        onTextChanged: root.screen.editSystemPrompt(text)
-
-        Accessible.name: systemLabel.text
+        sourceComponent: root.screen.mode === DraftScreen.Decision ? decision : generation
     }
 
     FieldLabel {
         id: modelsLabel
 
-        anchors.top: system.bottom
+        anchors.top: fields.bottom
         anchors.topMargin: Theme.betweenFields
-        visible: models.visible
         text: qsTr("Models")
     }
 
@@ -80,5 +56,35 @@ Item {
         onToggled: modelID => root.screen.toggleModel(modelID)
 
         Accessible.name: modelsLabel.text
+    }
+
+    Words {
+        id: noModels
+
+        anchors.top: modelsLabel.bottom
+        anchors.topMargin: 4
+        width: root.width
+        visible: !models.visible
+        text: qsTr("No model is enabled for this kind of comparison.")
+        font: Theme.control
+        color: Theme.quiet
+        wrapMode: Text.Wrap
+    }
+
+    // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+    // qmllint disable unqualified
+    Component {
+        id: decision
+
+        DecisionFields {
+            screen: root.screen
+        }
+    }
+    Component {
+        id: generation
+
+        GenerationFields {
+            screen: root.screen
+        }
     }
 }
