@@ -11,9 +11,15 @@
 
 #include <sys/resource.h>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace {
+
+// A program started with this signal ignored keeps it so, and then no child of its own leaves an exit status.
+void keepExitStatusOfChildren() {
+    std::signal(SIGCHLD, SIG_DFL);
+}
 
 // A core file would hold the keys of every model. The process stays open to its user's debugger all the same:
 // whoever may attach one may read the keychain too.
@@ -35,6 +41,7 @@ void raiseDescriptorLimit() {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    keepExitStatusOfChildren();
     quorl::forbidBusAutolaunch();
     forbidCoreFiles();
     raiseDescriptorLimit();
