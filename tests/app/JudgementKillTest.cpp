@@ -122,8 +122,9 @@ TEST_P(JudgementKillTest, WhatWasConfirmedIsInTheFileAndNoLinkStandsWithoutItsEx
         const Confirmed said = confirmed[answer.id.text()];
         EXPECT_GE(answer.rating.value_or(0), said.rated);
         // Nothing has been begun on it since it was last saved or removed.
-        if (answer.rating.value_or(0) == std::max(said.saved, said.removed))
+        if (answer.rating.value_or(0) == std::max(said.saved, said.removed)) {
             EXPECT_EQ(answer.datasetID.has_value(), said.saved > said.removed);
+        }
         if (!answer.datasetID)
             continue;
         ++linked;
