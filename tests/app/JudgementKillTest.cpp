@@ -143,6 +143,6 @@ TEST_P(JudgementKillTest, WhatWasConfirmedIsInTheFileAndNoLinkStandsWithoutItsEx
     EXPECT_EQ(examples.size(), linked);
 }
 
-INSTANTIATE_TEST_SUITE_P(AtManyMoments, JudgementKillTest, testing::Range(0, 40));
+INSTANTIATE_TEST_SUITE_P(AtManyMoments, JudgementKillTest, testing::Range(0, 100));
 
 } // namespace
