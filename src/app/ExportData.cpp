@@ -68,18 +68,32 @@ void appendRow(std::string& csv, const ScoreRow& row) {
     appendWhole(csv, row.outputTokens);
 }
 
-Json::Value message(std::string_view role, const std::string& content) {
-    return {{"role", role}, {"content", content}};
+bool appendMessage(std::string& line, std::string_view role, std::string_view content) {
+    line += R"({"content":)";
+    if (!Json::appendText(line, content))
+        return false;
+    line += R"(,"role":")";
+    line += role;
+    line += "\"}";
+    return true;
 }
 
-Json::Value trainingLine(const DatasetExample& example) {
-    auto messages = Json::Value::array();
+// Written piece by piece, since a dataset of years is a hundred megabytes of text.
+bool appendTrainingLine(std::string& lines, const DatasetExample& example) {
+    lines += R"({"messages":[)";
     // Blanks are no instructions; those around some are a part of them.
-    if (!Text::isBlank(example.systemPrompt))
-        messages.push_back(message("system", example.systemPrompt));
-    messages.push_back(message("user", example.prompt));
-    messages.push_back(message("assistant", example.completion));
-    return {{"messages", std::move(messages)}};
+    if (!Text::isBlank(example.systemPrompt)) {
+        if (!appendMessage(lines, "system", example.systemPrompt))
+            return false;
+        lines += ',';
+    }
+    if (!appendMessage(lines, "user", example.prompt))
+        return false;
+    lines += ',';
+    if (!appendMessage(lines, "assistant", example.completion))
+        return false;
+    lines += "]}";
+    return true;
 }
 
 } // namespace
@@ -99,12 +113,10 @@ std::string scoresCSV(std::span<const ScoreRow> rows) {
 Attempt<std::string> fineTuneJSONL(std::span<const DatasetExample* const> examples) {
     std::string lines;
     for (const DatasetExample* example : examples) {
-        const auto line = Json::write(trainingLine(*example));
-        if (!line)
-            return Attempt<std::string>::failure("Couldn't write the dataset as JSON.");
         if (!lines.empty())
             lines += '\n';
-        lines += *line;
+        if (!appendTrainingLine(lines, *example))
+            return Attempt<std::string>::failure("Couldn't write the dataset as JSON.");
     }
     return Attempt<std::string>::success(std::move(lines));
 }

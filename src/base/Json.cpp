@@ -1,5 +1,7 @@
 #include "base/Json.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -69,6 +71,37 @@ void escapeSlashes(std::string& text) {
     text = std::move(result);
 }
 
+void appendEscape(std::string& json, char character) {
+    static constexpr char digits[] = "0123456789abcdef";
+    json += '\\';
+    switch (character) {
+    case '"':
+    case '\\':
+        json += character;
+        break;
+    case '\b':
+        json += 'b';
+        break;
+    case '\f':
+        json += 'f';
+        break;
+    case '\n':
+        json += 'n';
+        break;
+    case '\r':
+        json += 'r';
+        break;
+    case '\t':
+        json += 't';
+        break;
+    default:
+        json += "u00";
+        json += digits[character >> 4];
+        json += digits[character & 0x0F];
+        break;
+    }
+}
+
 } // namespace
 
 std::optional<Value> parse(std::string_view text) {
@@ -99,6 +132,24 @@ std::optional<std::string> write(const Value& value, Layout layout, Slash slash)
     } catch (const nlohmann::json::exception&) {
         return std::nullopt;
     }
+}
+
+bool appendText(std::string& json, std::string_view text) {
+    if (!Text::isUTF8(text))
+        return false;
+    json += '"';
+    std::size_t copied = 0;
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        const char character = text[place];
+        if (static_cast<unsigned char>(character) >= 0x20 && character != '"' && character != '\\')
+            continue;
+        json.append(text, copied, place - copied);
+        copied = place + 1;
+        appendEscape(json, character);
+    }
+    json.append(text, copied);
+    json += '"';
+    return true;
 }
 
 const Value* find(const Value& object, std::string_view key) {

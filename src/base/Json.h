@@ -32,6 +32,10 @@ enum class Slash { bare, escaped };
 [[nodiscard]] std::optional<std::string> write(const Value& value, Layout layout = Layout::compact,
                                                Slash slash = Slash::bare);
 
+/// Appends `text` to `json` as `write` would have it: for output in bulk, which needs no value in between.
+/// False, with nothing appended, if the text is not UTF-8.
+[[nodiscard]] bool appendText(std::string& json, std::string_view text);
+
 /// The member of an object; null for anything that is no object or has no such key.
 [[nodiscard]] const Value* find(const Value& object, std::string_view key);
 

@@ -239,5 +239,27 @@ TEST(JsonTyped, CountsAreCutOffTowardZero) {
     EXPECT_EQ(Json::truncatedCount(nullptr), Count());
 }
 
+TEST(JsonAppendText, WritesEveryByteAsTheWriterOfValuesDoes) {
+    std::string every;
+    for (int byte = 0; byte < 0x80; ++byte)
+        every += static_cast<char>(byte);
+    every += "é漢👍\u2028/\\\"";
+    for (const std::string& text : {every, std::string(), "plain"s, "\"ends\""s, std::string(3, '\0')}) {
+        std::string json = "before ";
+
+        EXPECT_TRUE(Json::appendText(json, text));
+
+        EXPECT_EQ(json, "before " + *Json::write(Json::Value(text)));
+    }
+}
+
+TEST(JsonAppendText, AppendsNothingOfATextThatIsNotUTF8) {
+    std::string json = "before";
+
+    EXPECT_FALSE(Json::appendText(json, "ok \xFF"));
+
+    EXPECT_EQ(json, "before");
+}
+
 } // namespace
 } // namespace quorl::test
