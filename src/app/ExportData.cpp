@@ -96,6 +96,15 @@ bool appendTrainingLine(std::string& lines, const DatasetExample& example) {
     return true;
 }
 
+// What the lines take if hardly anything in them is escaped.
+std::size_t usualSize(std::span<const DatasetExample* const> examples) {
+    constexpr std::size_t frame = 160;
+    std::size_t size = 0;
+    for (const DatasetExample* example : examples)
+        size += frame + example->systemPrompt.size() + example->prompt.size() + example->completion.size();
+    return size + size / 32;
+}
+
 } // namespace
 
 std::string scoresCSV(std::span<const ScoreRow> rows) {
@@ -112,6 +121,7 @@ std::string scoresCSV(std::span<const ScoreRow> rows) {
 
 Attempt<std::string> fineTuneJSONL(std::span<const DatasetExample* const> examples) {
     std::string lines;
+    lines.reserve(usualSize(examples));
     for (const DatasetExample* example : examples) {
         if (!lines.empty())
             lines += '\n';

@@ -244,7 +244,11 @@ TEST(JsonAppendText, WritesEveryByteAsTheWriterOfValuesDoes) {
     for (int byte = 0; byte < 0x80; ++byte)
         every += static_cast<char>(byte);
     every += "é漢👍\u2028/\\\"";
-    for (const std::string& text : {every, std::string(), "plain"s, "\"ends\""s, std::string(3, '\0')}) {
+    std::string longer = every;
+    for (int place = 0; place < 8; ++place)
+        longer += std::string(static_cast<std::size_t>(place), 'x') + "é\n漢\"";
+    for (const std::string& text :
+         {every, longer, std::string(), "plain"s, "\"ends\""s, std::string(3, '\0')}) {
         std::string json = "before ";
 
         EXPECT_TRUE(Json::appendText(json, text));
