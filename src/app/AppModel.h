@@ -218,8 +218,8 @@ public:
     /// Every answer of the library: newest run first, each run's by `position`.
     [[nodiscard]] std::vector<ScoreInput> scoreInputs() const;
 
-    /// Asks where the file goes and writes it once that is known. `rows` is read at once, `saver` borrowed for
-    /// the call. Cancelling is no failure.
+    /// Asks where the file goes and writes it once that is known. `rows` is read at once, `saver` borrowed
+    /// for the call. Cancelling is no failure.
     void exportScores(std::span<const ScoreRow> rows, FileSaver& saver);
     void exportDataset(FileSaver& saver);
 

@@ -29,7 +29,7 @@ struct DecisionQuestion {
     UUID id;
     std::string name; // optional short name, the source of the question's key
     DecisionQuestionType type = DecisionQuestionType::choice;
-    std::string instructions; // the question's text
+    std::string instructions;            // the question's text
     std::vector<DecisionOption> options; // of a choice
     std::vector<std::string> levels;     // of a score, from lowest to highest
     std::string yesMeans;                // of a noul; may be empty

@@ -32,8 +32,8 @@ public:
     now() const = 0;
 };
 
-// The per-user store of small settings. Keys are plain text such as "draft.kind". Thread: main. Failures: unseen; what
-// cannot be written is gone at the next start.
+// The per-user store of small settings. Keys are plain text such as "draft.kind". Thread: main. Failures:
+// unseen; what cannot be written is gone at the next start.
 class UserDefaults {
 public:
     virtual ~UserDefaults() = default;
@@ -63,7 +63,8 @@ class Keychain {
 public:
     virtual ~Keychain() = default;
 
-    /// The bytes of one item; nothing where there is none, or where the keychain is locked, refused or broken.
+    /// The bytes of one item; nothing where there is none, or where the keychain is locked, refused or
+    /// broken.
     [[nodiscard]] virtual std::optional<std::string> copy(const std::string& service,
                                                           const std::string& account) = 0;
 
