@@ -94,12 +94,18 @@ bool hasTurkishCase(const icu::Locale& locale) {
     return language == "tr" || language == "az";
 }
 
+// The C library's own locale orders by bytes, capitals first, which is no order for a person to read: its
+// place takes the one that Unicode gives to every language.
+icu::Locale localeOfOrder(const icu::Locale& locale) {
+    return std::string_view(locale.getVariant()) == "POSIX" ? icu::Locale::getRoot() : locale;
+}
+
 // The user's locale's order, made once per thread and locale.
 const icu::Collator& collator() {
     struct Kept {
         icu::Locale locale = icu::Locale::getDefault();
         UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<icu::Collator> order{icu::Collator::createInstance(locale, status)};
+        std::unique_ptr<icu::Collator> order{icu::Collator::createInstance(localeOfOrder(locale), status)};
     };
     thread_local auto kept = std::make_unique<Kept>();
     if (kept->locale != icu::Locale::getDefault())

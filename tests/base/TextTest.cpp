@@ -183,6 +183,13 @@ TEST(TextPrecedes, FollowsTheLocalesOrder) {
     EXPECT_TRUE(Text::precedesIgnoringCase("z", "ä"));
 }
 
+TEST(TextPrecedes, IsNoOrderOfBytesWhereNoLanguageIsSet) {
+    const UsersLocale none("en_US_POSIX");
+
+    EXPECT_TRUE(Text::precedesIgnoringCase("apple", "Banana"));
+    EXPECT_FALSE(Text::precedesIgnoringCase("Banana", "apple"));
+}
+
 TEST(TextPrecedes, CasePutsNeitherFirst) {
     const UsersLocale english("en_US");
 
