@@ -1,4 +1,5 @@
-// From the start of a process to the first frame on the screen: a blank Qt Quick window, the program's window
+// From the start of a process to the first frame on the screen: a blank Qt Quick window, one with a word in
+// it, for which the system's fonts are read and which imports the controls' templates, the program's window
 // on a library without runs, and the very first start, which makes the library. Each start is a process of
 // its own and the kinds take turns, so that all see the same machine.
 
@@ -43,10 +44,14 @@ void reportFirstFrame(const QQuickWindow& window, std::int64_t startedAt) {
     });
 }
 
-int showBlank(std::int64_t startedAt) {
+constexpr const char* blank = "import QtQuick\nWindow { width: 1240; height: 800; visible: true }";
+constexpr const char* word = "import QtQuick\nimport QtQuick.Templates\n"
+                             "Window { width: 1240; height: 800; visible: true; Text { text: 'Quorl' } }";
+
+int showQML(const char* source, std::int64_t startedAt) {
     QQmlEngine engine;
     QQmlComponent component(&engine);
-    component.setData("import QtQuick\nWindow { width: 1240; height: 800; visible: true }", QUrl());
+    component.setData(source, QUrl());
     const std::unique_ptr<QObject> window(component.create());
     reportFirstFrame(*qobject_cast<QQuickWindow*>(window.get()), startedAt);
     return QGuiApplication::exec();
@@ -85,15 +90,18 @@ void report(const char* what, std::vector<double> times) {
 int compare(const QString& program) {
     const QTemporaryDir home;
     measure(program, QStringLiteral("program"), home); // makes the library
-    std::vector<double> blank;
+    std::vector<double> empty;
+    std::vector<double> worded;
     std::vector<double> later;
     std::vector<double> first;
     for (int start = 0; start < starts; ++start) {
-        blank.push_back(measure(program, QStringLiteral("blank"), home));
+        empty.push_back(measure(program, QStringLiteral("blank"), home));
+        worded.push_back(measure(program, QStringLiteral("word"), home));
         later.push_back(measure(program, QStringLiteral("program"), home));
         first.push_back(measure(program, QStringLiteral("program"), QTemporaryDir()));
     }
-    report("blank window", blank);
+    report("blank window", empty);
+    report("one with a word", worded);
     report("program", later);
     report("its first start", first);
     return EXIT_SUCCESS;
@@ -110,5 +118,8 @@ int main(int argc, char* argv[]) {
     quorl::chooseRenderer();
     const QGuiApplication application(argc, argv);
     const std::int64_t startedAt = std::atoll(argv[2]);
-    return std::string(argv[1]) == "blank" ? showBlank(startedAt) : showProgram(startedAt);
+    const std::string kind = argv[1];
+    return kind == "blank"  ? showQML(blank, startedAt)
+           : kind == "word" ? showQML(word, startedAt)
+                            : showProgram(startedAt);
 }

@@ -28,7 +28,11 @@ MainWindow::MainWindow(RootScreen& screens) : engine(std::make_unique<QQmlEngine
         component.createWithInitialProperties({{QStringLiteral("screens"), QVariant::fromValue(&screens)}})));
     if (!quickWindow)
         qFatal("%s", qUtf8Printable(component.errorString()));
-    quickWindow->setIcon(windowIcon());
+    // Reading a picture loads every picture format of Qt's first, and the window can be seen without.
+    QObject::connect(
+        quickWindow.get(), &QQuickWindow::frameSwapped, quickWindow.get(),
+        [this] { quickWindow->setIcon(windowIcon()); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 MainWindow::~MainWindow() = default;
