@@ -18,15 +18,6 @@ namespace quorl::test {
 
 namespace {
 
-QGuiApplication& application() {
-    static const bool isOffscreen = setenv("QT_QPA_PLATFORM", "offscreen", 1) == 0;
-    static int count = isOffscreen ? 1 : 0;
-    static char name[] = "quorl_save_dialog_test";
-    static char* words[] = {name, nullptr};
-    static QGuiApplication made(count, words);
-    return made;
-}
-
 class SaveDialogTest : public testing::Test {
 protected:
     SaveDialogTest() {
@@ -52,7 +43,6 @@ protected:
 
     void press(const char* button) const { QMetaObject::invokeMethod(shown(), button); }
 
-    QGuiApplication& running = application(); // ahead of the engine
     TempFolder folder;
     FakeDefaults defaults;
     QQmlEngine engine;
@@ -121,3 +111,12 @@ TEST_F(SaveDialogTest, AFolderThatIsGoneIsNotOpened) {
 } // namespace
 
 } // namespace quorl::test
+
+// The application ends with main: behind it, with the static objects, the dialog's style would outlive what
+// it is made of.
+int main(int argc, char* argv[]) {
+    testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -4,7 +4,7 @@
 
 namespace quorl {
 
-// Where a user's programs keep their files (XDG Base Directory Specification 0.8), each without our own
+// Where a user's programs keep their files (freedesktop.org, XDG base directories 0.8), each without our own
 // folder in it. Absolute paths; the folders need not exist.
 struct XDGDirectories {
     std::filesystem::path config;
