@@ -1,17 +1,11 @@
 #include "app/Harness.h"
 #include "store/RawLibrary.h"
+#include "support/KilledProgram.h"
 
 #include <algorithm>
-#include <csignal>
-#include <cstdio>
 #include <map>
 #include <random>
-#include <spawn.h>
 #include <sstream>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ;
 
 using namespace quorl;
 using namespace quorl::test;
@@ -25,57 +19,20 @@ struct Confirmed {
     std::int64_t removed = 0;
 };
 
-// The subject, with its standard output in a pipe.
-class Subject {
-public:
-    explicit Subject(const std::filesystem::path& applicationSupport) {
-        int ends[2];
-        if (pipe(ends) != 0)
-            throw std::runtime_error("no pipe");
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, ends[0]);
-        posix_spawn_file_actions_addclose(&actions, ends[1]);
-        std::string program = QUORL_JUDGEMENT_KILL_SUBJECT;
-        std::string folder = applicationSupport.string();
-        char* arguments[] = {program.data(), folder.data(), nullptr};
-        const int failure = posix_spawn(&pid, program.c_str(), &actions, nullptr, arguments, environ);
-        posix_spawn_file_actions_destroy(&actions);
-        close(ends[1]);
-        output = fdopen(ends[0], "r");
-        if (failure != 0)
-            throw std::runtime_error("no subject");
-    }
-
-    ~Subject() { std::fclose(output); }
-
-    /// How it ended.
-    [[nodiscard]] int kill() const {
-        int status = 0;
-        ::kill(pid, SIGKILL);
-        waitpid(pid, &status, 0);
-        return status;
-    }
-
-    bool readLine(std::map<std::string, Confirmed>& confirmed) const {
-        char line[200];
-        if (!std::fgets(line, sizeof line, output) || !std::string_view(line).ends_with('\n'))
-            return false; // cut off by the kill
-        std::istringstream words(line);
-        std::string what;
-        std::string answer;
-        std::int64_t number = 0;
-        words >> what >> answer >> number;
-        Confirmed& of = confirmed[answer];
-        (what == "rated" ? of.rated : what == "saved" ? of.saved : of.removed) = number;
-        return true;
-    }
-
-private:
-    pid_t pid = 0;
-    FILE* output = nullptr;
-};
+// Takes in the next line of the subject.
+bool readLine(const KilledProgram& subject, std::map<std::string, Confirmed>& confirmed) {
+    const auto line = subject.readLine();
+    if (!line)
+        return false;
+    std::istringstream words(*line);
+    std::string what;
+    std::string answer;
+    std::int64_t number = 0;
+    words >> what >> answer >> number;
+    Confirmed& of = confirmed[answer];
+    (what == "rated" ? of.rated : what == "saved" ? of.saved : of.removed) = number;
+    return true;
+}
 
 class JudgementKillTest : public testing::TestWithParam<int> {
 protected:
@@ -90,18 +47,18 @@ protected:
     // Kills the subject after so many of its lines and a random stretch of time, and keeps what it said.
     void killAtSomeMoment() {
         std::mt19937 random(static_cast<unsigned>(GetParam()));
-        const Subject subject(harness.folder.path());
+        const KilledProgram subject({QUORL_JUDGEMENT_KILL_SUBJECT, harness.folder.path().string()});
         const int linesBefore = 1 + GetParam() % 29;
         for (int i = 0; i < linesBefore; ++i)
-            ASSERT_TRUE(subject.readLine(confirmed));
+            ASSERT_TRUE(readLine(subject, confirmed));
         // Every third is killed at once, straight behind a confirmation; the others at an arbitrary moment,
         // which is the point of the test and no wait for something to happen.
         const auto stretch = std::chrono::microseconds(GetParam() % 3 == 0 ? 0 : random() % 6'000);
         const auto moment = std::chrono::steady_clock::now() + stretch;
         while (std::chrono::steady_clock::now() < moment) {
         }
-        ASSERT_TRUE(WIFSIGNALED(subject.kill()));
-        while (subject.readLine(confirmed)) {
+        ASSERT_TRUE(subject.kill());
+        while (readLine(subject, confirmed)) {
         }
     }
 

@@ -1,16 +1,9 @@
 #include "app/Harness.h"
+#include "store/RawLibrary.h"
+#include "support/KilledProgram.h"
 
-#include <sqlite3.h>
-
-#include <csignal>
-#include <cstdio>
 #include <map>
 #include <random>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ;
 
 using namespace quorl;
 using namespace quorl::test;
@@ -19,67 +12,15 @@ namespace {
 
 constexpr const char* interrupted = "Quorl closed before this response finished.";
 
-// The subject, with its standard output in a pipe.
-class Subject {
-public:
-    explicit Subject(const std::filesystem::path& applicationSupport) {
-        int ends[2];
-        if (pipe(ends) != 0)
-            throw std::runtime_error("no pipe");
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, ends[0]);
-        posix_spawn_file_actions_addclose(&actions, ends[1]);
-        std::string program = QUORL_KILL_SUBJECT;
-        std::string folder = applicationSupport.string();
-        std::string key = "key-of-the-test";
-        char* arguments[] = {program.data(), folder.data(), key.data(), nullptr};
-        const int failure = posix_spawn(&pid, program.c_str(), &actions, nullptr, arguments, environ);
-        posix_spawn_file_actions_destroy(&actions);
-        close(ends[1]);
-        output = fdopen(ends[0], "r");
-        if (failure != 0)
-            throw std::runtime_error("no subject");
-    }
+using Safe = std::map<std::string, std::string>; // text by answer
 
-    ~Subject() { std::fclose(output); }
-
-    void kill() const {
-        ::kill(pid, SIGKILL);
-        waitpid(pid, nullptr, 0);
-    }
-
-    // The next answer that the subject says is safe: its id and its text.
-    bool readAnswer(std::map<std::string, std::string>& safe) const {
-        char line[4096];
-        if (!std::fgets(line, sizeof line, output))
-            return false;
-        const std::string text(line);
-        if (text.size() < 38 || text.back() != '\n')
-            return false; // cut off by the kill
-        safe[text.substr(0, 36)] = text.substr(37, text.size() - 38);
-        return true;
-    }
-
-private:
-    pid_t pid = 0;
-    FILE* output = nullptr;
-};
-
-std::string integrityOf(const std::string& path) {
-    sqlite3* db = nullptr;
-    sqlite3_open(path.c_str(), &db);
-    std::string result;
-    sqlite3_exec(
-        db, "PRAGMA integrity_check",
-        [](void* into, int, char** values, char**) {
-            *static_cast<std::string*>(into) += values[0];
-            return 0;
-        },
-        &result, nullptr);
-    sqlite3_close(db);
-    return result;
+// Takes in the next answer that the subject says is safe.
+bool readAnswer(const KilledProgram& subject, Safe& safe) {
+    const auto line = subject.readLine();
+    if (!line)
+        return false;
+    safe[line->substr(0, 36)] = line->substr(37);
+    return true;
 }
 
 class KillTest : public testing::TestWithParam<int> {};
@@ -97,23 +38,23 @@ TEST_P(KillTest, EveryAnswerThatHadArrivedIsThereAndTheOthersAreFailed) {
         harness.endpoint.answer(name, completion);
     }
 
-    std::map<std::string, std::string> safe;
+    Safe safe;
     {
-        const Subject subject(harness.folder.path());
+        const KilledProgram subject({QUORL_KILL_SUBJECT, harness.folder.path().string(), "key-of-the-test"});
         const int answersBefore = 1 + GetParam() % 17;
         for (int i = 0; i < answersBefore; ++i)
-            ASSERT_TRUE(subject.readAnswer(safe));
+            ASSERT_TRUE(readAnswer(subject, safe));
         // Not a wait for something to happen but the point of the test: the kill must come at an arbitrary
         // moment.
         const auto moment = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 15'000);
         while (std::chrono::steady_clock::now() < moment) {
         }
-        subject.kill();
-        while (subject.readAnswer(safe)) {
+        ASSERT_TRUE(subject.kill());
+        while (readAnswer(subject, safe)) {
         }
     }
 
-    EXPECT_EQ(integrityOf(harness.libraryPath()), "ok");
+    EXPECT_EQ(RawLibrary(harness.libraryPath()).value("PRAGMA integrity_check"), "ok");
     AppModel& model = harness.start();
     std::size_t shown = 0;
     for (const UUID& runID : model.library.runsWithAnswers()) {
