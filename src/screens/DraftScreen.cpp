@@ -24,7 +24,7 @@ DraftScreen::Mode modeOf(QuorlKind kind) {
 QString labelOf(const std::vector<ModelProfile>& models) {
     if (models.empty())
         return DraftScreen::tr("Choose models");
-    const QString first = toQString(models[0].name);
+    QString first = toQString(models[0].name);
     if (models.size() == 1)
         return first;
     const QString firstTwo = first + QLatin1String(" + ") + toQString(models[1].name);

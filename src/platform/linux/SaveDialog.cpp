@@ -31,7 +31,7 @@ FileDialog {
 
 QString startFolder(const UserDefaults& defaults) {
     if (const auto last = defaults.string(folderKey)) {
-        const auto folder = QString::fromStdString(*last);
+        auto folder = QString::fromStdString(*last);
         if (QFileInfo(folder).isDir())
             return folder;
     }
