@@ -37,11 +37,11 @@ Reply resetBeforeAnswer() {
     return {.ending = Ending::reset};
 }
 
-Reply resetMidBody(std::string body, std::size_t sent) {
+Reply resetMidBody(const std::string& body, std::size_t sent) {
     return cutShort(body, sent, Ending::reset);
 }
 
-Reply truncatedBody(std::string body, std::size_t sent) {
+Reply truncatedBody(const std::string& body, std::size_t sent) {
     return cutShort(body, sent, Ending::close);
 }
 

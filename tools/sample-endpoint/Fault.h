@@ -17,10 +17,10 @@ namespace quorl::sample::Fault {
 [[nodiscard]] Reply resetBeforeAnswer();
 
 /// The head promises `body` whole; the first `sent` bytes of it come, then the connection is reset.
-[[nodiscard]] Reply resetMidBody(std::string body, std::size_t sent);
+[[nodiscard]] Reply resetMidBody(const std::string& body, std::size_t sent);
 
 /// The same, but the connection is closed in order.
-[[nodiscard]] Reply truncatedBody(std::string body, std::size_t sent);
+[[nodiscard]] Reply truncatedBody(const std::string& body, std::size_t sent);
 
 /// The head promises only `claimed` bytes of the `body` that is sent; then the connection is closed.
 [[nodiscard]] Reply understatedLength(std::string body, std::size_t claimed);

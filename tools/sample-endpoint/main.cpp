@@ -110,7 +110,8 @@ int main(int count, char** words) {
     if (!arguments->recordFile.empty()) {
         record = std::fopen(arguments->recordFile.c_str(), "ae");
         if (!record) {
-            std::fprintf(stderr, "%s: %s\n", arguments->recordFile.c_str(), std::strerror(errno));
+            std::fprintf(stderr, "%s: %s\n", arguments->recordFile.c_str(),
+                         std::generic_category().message(errno).c_str());
             return EX_CANTCREAT;
         }
         options.onRequest = [record](const quorl::sample::Request& request) {
