@@ -14,7 +14,6 @@
 #include <charconv>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <optional>
 #include <span>
 #include <string>
