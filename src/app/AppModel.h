@@ -3,6 +3,7 @@
 #include "app/Library.h"
 #include "app/Observed.h"
 #include "base/Date.h"
+#include "base/JsonForward.h"
 #include "decision/DecisionQuestion.h"
 #include "domain/Records.h"
 #include "platform/Platform.h"
@@ -11,6 +12,7 @@
 #include "transports/Decision.h"
 
 #include <cstddef>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -19,14 +21,17 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
 namespace quorl {
 
 class DecisionRouter;
+class LocalAPIServer;
 class QuorlStore;
 class Workers;
+struct HTTPResponse;
 struct ScoreInput;
 struct ScoreRow;
 
@@ -74,6 +79,9 @@ struct Readiness {
 
     bool operator==(const Readiness&) const = default;
 };
+
+// The typed questions of each item of a batch, as the draft holds them: the wire form does not carry all.
+using QuestionSnapshots = std::vector<std::vector<DecisionQuestion>>;
 
 // All the state of the running program and every action on it. Made once, at the start; making it runs the
 // whole launch: opens the library, keeps its catalogue up to date, loads it, restores the draft, ends what
@@ -164,6 +172,41 @@ public:
     void ask();
     void retry(const UUID& answerID);
 
+    // --- Lists of questions, and past comparisons (Bulk.cpp, Reopening.cpp) ---
+
+    /// Puts the draft's list of questions to the chosen decision models as one batch.
+    void askBulk();
+    /// The next run of the batch on show; behind the last one, and of a single comparison, an empty screen.
+    void nextQuestion();
+    /// Shows a past run with the draft as it was asked; a decision batch comes back as its list.
+    void openComparison(const QuorlRun& run);
+    /// A single-question draft like that run, with no answers on show.
+    void variation(const QuorlRun& from);
+
+    // --- What programs ask for (APIBatches.cpp, Payloads.cpp, Marking.cpp) ---
+
+    // Each runs to its end before the next, so that every client finds a whole library.
+
+    /// Makes a batch of the JSON `body`, with a run for each item and an answer for each item and model in
+    /// one transaction, and queues the work. 202 with the summary, or an error after which nothing is
+    /// changed. With `questionSnapshots`, one list per item, the items' own questions are not read.
+    [[nodiscard]] HTTPResponse createAPIBatch(std::string_view body, RunOrigin source,
+                                              const std::optional<QuestionSnapshots>& questionSnapshots);
+    /// Judges the answer as the JSON `body` says, key by key; what was judged before an error stays.
+    [[nodiscard]] HTTPResponse markAPIAnswer(const UUID& id, std::string_view body);
+    /// Keeps the answer in the dataset, unless it is there already.
+    [[nodiscard]] HTTPResponse saveAPIAnswer(const UUID& id);
+
+    /// The shapes that clients see; docs/api.md tells their keys.
+    [[nodiscard]] Json::Value apiModels() const;
+    [[nodiscard]] Json::Value batchSummary(const QuorlBatch& batch) const;
+    [[nodiscard]] std::optional<Json::Value> batchPayload(const UUID& id) const; // nothing for an unknown id
+    [[nodiscard]] static Json::Value answerJSON(const ModelAnswer& answer, QuorlKind kind);
+
+    /// Starts to listen for programs, once; `server` is borrowed and must outlive the model. A failure shows
+    /// in `apiMessage`. (api/StartAPI.cpp)
+    void startAPI(LocalAPIServer& server);
+
     // --- Models, credentials, connection test (Models.cpp) ---
 
     void addModel(ProviderKind kind);
@@ -233,6 +276,22 @@ private:
         UUID answerID;
     };
 
+    // One item of a batch, waiting to be asked. The credentials are those of the moment it was made.
+    struct APIWork {
+        std::string prompt;
+        std::string system; // empty for a decision
+        QuorlKind kind = QuorlKind::decision;
+        std::vector<DecisionQuestion> questions; // none for a generation
+        std::vector<Job> jobs;                   // by `position`
+        std::unordered_map<UUID, ModelSecret> secretsByModel;
+    };
+
+    // The models that a client named, or what is wrong with the names and then no model.
+    struct ResolvedModels {
+        std::vector<ModelProfile> models;
+        std::optional<std::string> problem;
+    };
+
     // What a piece of background work leaves to be done with the model.
     using OnMain = std::function<void(AppModel&)>;
 
@@ -272,6 +331,13 @@ private:
     // gone by then.
     void start(DecisionRequest request, ModelSecret secret, Finished finished);
     void finish(const UUID& answerID, const DecisionOutcome& outcome);
+
+    // APIBatches.cpp; `named` is the value of the key "models", null where it is absent
+    [[nodiscard]] ResolvedModels resolveAPIModels(const Json::Value* named, QuorlKind kind) const;
+    std::optional<UUID> categoryID(std::string_view named, std::string_view subcategory);
+
+    // WorkQueue.cpp: starts the next item of all batches, unless one is under way
+    void pumpAPI();
 
     // Batches.cpp
     void refreshBatchStatus(const UUID& batchID);
@@ -321,6 +387,8 @@ private:
     const std::filesystem::path directory; // the library's folder
     std::unique_ptr<QuorlStore> store;
     SecretStore secrets;
+    std::deque<APIWork> apiQueue;           // first in, first out; without the item under way
+    bool apiBusy = false;                   // an item is under way
     const std::shared_ptr<AppModel*> alive; // watched by work that may outlive the model
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/JsonForward.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
@@ -12,10 +14,6 @@
 // type is a missing one. Thread: any. Failures: an empty result; no exception of the JSON library leaves this
 // file.
 namespace quorl::Json {
-
-/// An object's keys are kept in ascending order of their bytes; of a key that stands twice the last value
-/// counts.
-using Value = nlohmann::json;
 
 inline constexpr std::size_t maximumDepth = 512;
 
