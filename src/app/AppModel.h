@@ -31,6 +31,8 @@ class DecisionRouter;
 class LocalAPIServer;
 class QuorlStore;
 class Workers;
+struct BatchItem;
+struct BatchOrder;
 struct HTTPResponse;
 struct ScoreInput;
 struct ScoreRow;
@@ -79,9 +81,6 @@ struct Readiness {
 
     bool operator==(const Readiness&) const = default;
 };
-
-// The typed questions of each item of a batch, as the draft holds them: the wire form does not carry all.
-using QuestionSnapshots = std::vector<std::vector<DecisionQuestion>>;
 
 // All the state of the running program and every action on it. Made once, at the start; making it runs the
 // whole launch: opens the library, keeps its catalogue up to date, loads it, restores the draft, ends what
@@ -325,6 +324,8 @@ private:
 
     // Ask.cpp
     bool draftIsComplete();
+    [[nodiscard]] static ModelAnswer makeAnswer(const QuorlRun& run, const ModelProfile& model,
+                                                std::int64_t position);
     std::vector<Job> insertAnswers(const QuorlRun& run, const std::vector<ModelProfile>& models);
     using Finished = std::function<void(AppModel&, const DecisionOutcome&)>;
     // Asks on a worker thread and hands the outcome to `finished` on the main thread, unless the model is
@@ -332,12 +333,20 @@ private:
     void start(DecisionRequest request, ModelSecret secret, Finished finished);
     void finish(const UUID& answerID, const DecisionOutcome& outcome);
 
-    // APIBatches.cpp; `named` is the value of the key "models", null where it is absent
+    // APIModels.cpp; `named` is the value of the key "models", null where it is absent
     [[nodiscard]] ResolvedModels resolveAPIModels(const Json::Value* named, QuorlKind kind) const;
+    [[nodiscard]] std::vector<ModelProfile> readyModels(QuorlKind kind) const;
+    [[nodiscard]] std::optional<std::string> whyNotInBatch(const ModelProfile& model, QuorlKind kind) const;
+
+    // APIBatches.cpp
+    std::vector<APIWork> insertBatch(const QuorlBatch& batch, const BatchOrder& order,
+                                     std::vector<BatchItem> items, const std::vector<ModelProfile>& models);
+    void showNewBatch(const QuorlBatch& batch);
     std::optional<UUID> categoryID(std::string_view named, std::string_view subcategory);
 
     // WorkQueue.cpp: starts the next item of all batches, unless one is under way
     void pumpAPI();
+    [[nodiscard]] bool apiBusy() const { return apiAwaited > 0; }
 
     // Batches.cpp
     void refreshBatchStatus(const UUID& batchID);
@@ -388,7 +397,7 @@ private:
     std::unique_ptr<QuorlStore> store;
     SecretStore secrets;
     std::deque<APIWork> apiQueue;           // first in, first out; without the item under way
-    bool apiBusy = false;                   // an item is under way
+    std::size_t apiAwaited = 0;             // answers of the item under way that are still to come
     const std::shared_ptr<AppModel*> alive; // watched by work that may outlive the model
 };
 

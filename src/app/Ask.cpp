@@ -15,18 +15,6 @@ namespace {
 // Two presses within this time are one.
 constexpr std::chrono::duration<double> debounce{0.8};
 
-ModelAnswer makeAnswer(const QuorlRun& run, const ModelProfile& model, std::int64_t position) {
-    ModelAnswer answer;
-    answer.id = UUID::random();
-    answer.runID = run.id;
-    answer.modelID = model.id;
-    answer.modelName = model.name;
-    answer.provider = model.provider;
-    answer.position = position;
-    answer.state = AnswerState::running;
-    return answer;
-}
-
 } // namespace
 
 // What stops a press, in order; only a blank generation prompt and a quick second press stop it without a
@@ -87,6 +75,18 @@ void AppModel::ask() {
                   model.finish(answerID, outcome);
               });
     }
+}
+
+ModelAnswer AppModel::makeAnswer(const QuorlRun& run, const ModelProfile& model, std::int64_t position) {
+    ModelAnswer answer;
+    answer.id = UUID::random();
+    answer.runID = run.id;
+    answer.modelID = model.id;
+    answer.modelName = model.name;
+    answer.provider = model.provider;
+    answer.position = position;
+    answer.state = AnswerState::running;
+    return answer;
 }
 
 std::vector<AppModel::Job> AppModel::insertAnswers(const QuorlRun& run,

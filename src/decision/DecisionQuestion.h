@@ -41,6 +41,9 @@ struct DecisionQuestion {
     bool operator==(const DecisionQuestion&) const = default;
 };
 
+// The typed questions of each item of a batch, as the draft holds them: the wire form does not carry all.
+using QuestionSnapshots = std::vector<std::vector<DecisionQuestion>>;
+
 // One line of a bulk list.
 struct BulkQuestion {
     UUID id = UUID::random();
