@@ -55,7 +55,7 @@ int main(int argc, char* argv[]) {
     const quorl::DecisionRouter router(session);
     quorl::Workers workers;
     quorl::AppModel model(desktop.services, router, workers);
-    quorl::RootScreen screens(model);
+    quorl::RootScreen screens(model, {.defaults = desktop.services.defaults});
     const quorl::MainWindow window(screens);
 
     const int status = QGuiApplication::exec();

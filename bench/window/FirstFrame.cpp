@@ -63,7 +63,7 @@ int showProgram(std::int64_t startedAt) {
     const quorl::DecisionRouter router(session);
     quorl::Workers workers;
     quorl::AppModel model(desktop.services, router, workers);
-    quorl::RootScreen screens(model);
+    quorl::RootScreen screens(model, {.defaults = desktop.services.defaults});
     quorl::MainWindow window(screens);
     reportFirstFrame(window.window(), startedAt);
     return QGuiApplication::exec();

@@ -22,6 +22,7 @@ QIcon windowIcon() {
 } // namespace
 
 MainWindow::MainWindow(RootScreen& screens) : engine(std::make_unique<QQmlEngine>()) {
+    screens.motion().provideTo(*engine);
     QQmlComponent component(engine.get(),
                             QUrl(QStringLiteral("qrc:/qt-project.org/imports/Quorl/qml/Main.qml")));
     quickWindow.reset(qobject_cast<QQuickWindow*>(

@@ -36,7 +36,7 @@ TEST(AlertModel, ASecondMessageReplacesTheFirst) {
 TEST(AlertModel, TheMessageThatAFailedStartLeftIsShown) {
     ScreenHarness harness;
     harness.start().alertMessage = "At the start";
-    RootScreen root(harness.model());
+    RootScreen root(harness.model(), {.defaults = harness.defaults});
 
     EXPECT_TRUE(root.alert()->isShown());
 }

@@ -14,7 +14,7 @@ public:
     ~ScreenHarness() { rootScreen.reset(); } // ahead of its model
 
     RootScreen& show() {
-        rootScreen = std::make_unique<RootScreen>(start());
+        rootScreen = std::make_unique<RootScreen>(start(), ScreenServices{.defaults = defaults});
         return *rootScreen;
     }
 

@@ -14,16 +14,19 @@ Window {
     title: qsTr("Quorl")
     color: Theme.bg
 
-    Shortcut {
-        sequences: ["Ctrl+N"]
-        enabled: !root.screens.alert.isShown
-        onActivated: root.screens.newComparison()
+    ScreenStack {
+        anchors.fill: parent
+        focus: true
+        screens: root.screens
+
+        Shortcut {
+            sequences: ["Ctrl+N"]
+            onActivated: root.screens.newComparison()
+        }
     }
 
-    CompareScreen {
-        anchors.fill: parent
-        screen: root.screens.draft
-        takesKeys: !root.screens.alert.isShown
+    Announcement {
+        announcer: root.screens.announcer
     }
 
     Loader {
@@ -31,7 +34,7 @@ Window {
         // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
         // qmllint disable unqualified
         sourceComponent: Alert {
-            title: qsTr("Something needs attention")
+            title: root.screens.alert.title
             message: root.screens.alert.message
             onDismissed: root.screens.alert.dismiss()
         }

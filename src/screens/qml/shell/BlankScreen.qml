@@ -1,0 +1,8 @@
+import QtQuick
+import Quorl
+
+Item {
+    id: root
+
+    required property BlankScreen screen
+}
