@@ -16,6 +16,7 @@ namespace {
 constexpr std::chrono::duration<double> debounce{0.8};
 
 constexpr std::size_t charactersInName = 60;
+constexpr const char* notWritable = "The questions can't be written as JSON."; // they are not UTF-8
 constexpr std::int64_t accepted = 202;
 
 std::string batchName(const std::vector<DecisionQuestion>& questions) {
@@ -31,7 +32,7 @@ Json::Value makeItems(const std::string& state, const std::vector<DecisionQuesti
         const auto wire = Veritor::wireJSON({question});
         auto parsed = wire ? Json::parseObject(*wire) : std::nullopt;
         if (!parsed)
-            throw StoreError("The question can't be written as JSON.");
+            throw StoreError(notWritable);
         items.push_back({{"state", state}, {"questions", std::move(*parsed)}});
     }
     return items;
@@ -74,7 +75,7 @@ void AppModel::askBulk() {
                                        {"subcategory", *draftSubcategoryText},
                                        {"scoring", rawString(*draftScoring)}});
         if (!body)
-            throw StoreError("The questions can't be written as JSON.");
+            throw StoreError(notWritable);
         // Beside the wire form, which does not carry all of a question.
         const auto response = createAPIBatch(*body, RunOrigin::app, snapshots(questions));
         if (response.status != accepted)
