@@ -1,3 +1,4 @@
+#include "api/LocalAPIServer.h"
 #include "app/AppModel.h"
 #include "app/Workers.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -54,7 +55,9 @@ int main(int argc, char* argv[]) {
     quorl::HTTPSession session;
     const quorl::DecisionRouter router(session);
     quorl::Workers workers;
+    quorl::LocalAPIServer api;
     quorl::AppModel model(desktop.services, router, workers);
+    model.startAPI(api);
     quorl::RootScreen screens(model, {.defaults = desktop.services.defaults});
     const quorl::MainWindow window(screens);
 

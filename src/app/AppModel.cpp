@@ -91,7 +91,6 @@ AppModel::AppModel(Platform& services, const DecisionRouter& decisionRouter, Wor
     loadDraft();
     recoverInterrupted();
     selectDefaultModelsIfNeeded();
-    loadAPIToken();
     refreshClaudeLogin(nullptr);
 }
 

@@ -12,6 +12,7 @@
 #include "transports/Decision.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -205,6 +206,7 @@ public:
     /// Starts to listen for programs, once; `server` is borrowed and must outlive the model. A failure shows
     /// in `apiMessage`. (api/StartAPI.cpp)
     void startAPI(LocalAPIServer& server);
+    void startAPI(LocalAPIServer& server, std::uint16_t port); // in place of the program's own port
 
     // --- Models, credentials, connection test (Models.cpp) ---
 
@@ -310,8 +312,10 @@ private:
     void saveQuietly(const ModelProfile& profile);
     void recoverInterrupted();
     void selectDefaultModelsIfNeeded();
-    void loadAPIToken();
     void reload();
+
+    // api/StartAPI.cpp
+    void loadAPIToken();
 
     // ClaudeLogin.cpp
     void refreshClaudeLogin(const OnMain& afterwards);

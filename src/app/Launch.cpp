@@ -16,7 +16,6 @@ namespace quorl {
 namespace {
 
 constexpr const char* decisionModelsSeededKey = "seed.decisions.v1";
-constexpr const char* apiTokenKey = "api.token";
 
 // Start-up upkeep reports nothing: what could not be written stays as it was and is tried again at the next
 // start.
@@ -58,12 +57,6 @@ std::optional<std::string> findMissingTool(const ModelProfile& model) {
         return std::nullopt;
     }
     __builtin_unreachable();
-}
-
-std::string makeToken() {
-    std::string token = UUID::random().text();
-    std::erase(token, '-');
-    return Text::lowercased(token);
 }
 
 } // namespace
@@ -200,15 +193,6 @@ void AppModel::selectDefaultModelsIfNeeded() {
             ids.insert(model.id);
     }
     draftModelIDs = std::move(ids);
-}
-
-void AppModel::loadAPIToken() {
-    std::string token = platform.defaults.string(apiTokenKey).value_or("");
-    if (token.empty()) {
-        token = makeToken();
-        platform.defaults.setString(apiTokenKey, token);
-    }
-    apiToken = std::move(token);
 }
 
 } // namespace quorl

@@ -9,7 +9,6 @@ using namespace quorl::test;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::MatchesRegex;
 using testing::StartsWith;
 
 namespace {
@@ -283,7 +282,7 @@ TEST_F(LaunchTest, AnEmptySelectionIsFilledWithEveryReadyModelOfBothKinds) {
     harness.start();
 
     EXPECT_EQ(*model().draftModelIDs, (std::set{ready.id, decision.id}));
-    EXPECT_THAT(harness.defaults.writes, ElementsAre("api.token")); // not persisted at this point
+    EXPECT_THAT(harness.defaults.writes, IsEmpty()); // not persisted at this point
 }
 
 TEST_F(LaunchTest, AStoredSelectionStaysEvenIfItNamesNobody) {
@@ -294,24 +293,6 @@ TEST_F(LaunchTest, AStoredSelectionStaysEvenIfItNamesNobody) {
     harness.start();
 
     EXPECT_EQ(*model().draftModelIDs, std::set{gone});
-}
-
-TEST_F(LaunchTest, TheTokenIsMadeOnceAndLivesOn) {
-    harness.start();
-    const std::string token = *model().apiToken;
-    EXPECT_THAT(token, MatchesRegex("[0-9a-f]{32}"));
-    EXPECT_EQ(harness.defaults.string("api.token"), token);
-
-    harness.start();
-    EXPECT_EQ(*model().apiToken, token);
-}
-
-TEST_F(LaunchTest, AnEmptyTokenIsReplaced) {
-    harness.defaults.setString("api.token", "");
-
-    harness.start();
-
-    EXPECT_FALSE(model().apiToken->empty());
 }
 
 TEST_F(LaunchTest, WhatNothingRestoresHasItsInitialValue) {
@@ -329,6 +310,8 @@ TEST_F(LaunchTest, WhatNothingRestoresHasItsInitialValue) {
     EXPECT_EQ(*model().feedback, std::nullopt);
     EXPECT_EQ(*model().pendingDelete, std::nullopt);
     EXPECT_EQ(*model().apiBase, "http://127.0.0.1:47821");
+    EXPECT_EQ(*model().apiMessage, "Starting");
+    EXPECT_EQ(*model().apiToken, "");
     EXPECT_EQ(*model().launchWarning, std::nullopt);
     EXPECT_EQ(model().testStatus.find(Seed::zun()), nullptr);
     EXPECT_EQ(*model().lastAsk, distantPast);
