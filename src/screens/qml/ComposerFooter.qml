@@ -22,7 +22,7 @@ Item {
 
         anchors.right: parent.right
         text: root.screen.runLabel
-        trailingSymbol: Symbols.arrowRight
+        symbol: Symbols.arrowRight
         onClicked: root.screen.compare()
     }
 

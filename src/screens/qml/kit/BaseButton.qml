@@ -2,13 +2,16 @@ import QtQuick
 import QtQuick.Templates as T
 import Quorl
 
-// What all buttons share: Return presses them as Space does, and they fade when disabled.
+// What all buttons share: Return presses them as Space does, they fade when disabled and then still explain themselves.
 T.Button {
     id: root
 
+    property string helpText
+    property string accessibleName
+
     function pressByKey(event: KeyEvent) {
         event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
-        if (event.accepted)
+        if (event.accepted && !event.isAutoRepeat)
             root.clicked();
     }
 
@@ -18,5 +21,11 @@ T.Button {
     Keys.onReturnPressed: event => root.pressByKey(event)
     Keys.onEnterPressed: event => root.pressByKey(event)
 
-    Accessible.name: root.text
+    Accessible.name: root.accessibleName !== "" ? root.accessibleName : root.text !== "" ? root.text : root.helpText
+    Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
+
+    HelpText {
+        text: root.helpText
+        wanted: root.hovered && !root.down
+    }
 }

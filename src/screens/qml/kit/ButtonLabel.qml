@@ -1,45 +1,62 @@
 import QtQuick
 import Quorl
 
-// The word of a button, with a symbol before or after it.
+// The word of a button, with a symbol before or after it. In a button that is too narrow the word is cut, not the symbols.
 Item {
     id: root
 
     required property string text
     required property color color
+    property color symbolColor: root.color
+    property font font: Theme.button
     property string leadingSymbol
     property string trailingSymbol
+    property int symbolSize: 16
+    property int gap: 8
+    property bool isSpread // the words at the left, the last symbol at the right
 
-    implicitWidth: row.implicitWidth
-    implicitHeight: Theme.controlLine
+    readonly property real wordGap: root.text !== "" ? root.gap : 0
+    readonly property real symbolsWidth: (before.visible ? before.width + root.wordGap : 0) + (after.visible ? after.width + root.wordGap : 0)
+    readonly property real wordWidth: Math.min(word.implicitWidth, root.width - root.symbolsWidth)
+    readonly property real start: root.isSpread ? 0 : Math.max(0, (root.width - root.wordWidth - root.symbolsWidth) / 2)
 
-    Row {
-        id: row
+    implicitWidth: Math.ceil(word.implicitWidth) + root.symbolsWidth
+    implicitHeight: Math.max(Theme.controlLine, Math.ceil(word.implicitHeight))
 
-        anchors.centerIn: parent
-        spacing: 8
+    Icon {
+        id: before
 
-        Icon {
-            visible: root.leadingSymbol !== ""
-            symbol: root.leadingSymbol
-            color: root.color
-            anchors.verticalCenter: parent.verticalCenter
-        }
+        x: root.start
+        anchors.verticalCenter: root.verticalCenter
+        visible: root.leadingSymbol !== ""
+        symbol: root.leadingSymbol
+        size: root.symbolSize
+        color: root.symbolColor
+    }
 
-        Text {
-            text: root.text
-            textFormat: Text.PlainText
-            font: Theme.button
-            color: root.color
-            height: Theme.controlLine
-            verticalAlignment: Text.AlignVCenter
-        }
+    Text {
+        id: word
 
-        Icon {
-            visible: root.trailingSymbol !== ""
-            symbol: root.trailingSymbol
-            color: root.color
-            anchors.verticalCenter: parent.verticalCenter
-        }
+        x: before.visible ? before.x + before.width + root.wordGap : root.start
+        width: Math.ceil(root.wordWidth)
+        height: root.height
+        text: root.text
+        textFormat: Text.PlainText
+        font: root.font
+        color: root.color
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        Accessible.ignored: true
+    }
+
+    Icon {
+        id: after
+
+        x: root.isSpread ? root.width - width : word.x + word.width + root.wordGap
+        anchors.verticalCenter: root.verticalCenter
+        visible: root.trailingSymbol !== ""
+        symbol: root.trailingSymbol
+        size: root.symbolSize
+        color: root.symbolColor
     }
 }

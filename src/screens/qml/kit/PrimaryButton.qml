@@ -5,7 +5,8 @@ import Quorl
 BaseButton {
     id: root
 
-    property string trailingSymbol
+    property string symbol // after the word
+    property bool isDestructive
 
     implicitHeight: Theme.primaryHeight
     leftPadding: 16
@@ -14,12 +15,15 @@ BaseButton {
     contentItem: ButtonLabel {
         text: root.text
         color: Theme.surface
-        trailingSymbol: root.trailingSymbol
+        trailingSymbol: root.symbol
     }
 
     background: Rectangle {
+        readonly property bool isLit: root.enabled && (root.down || root.hovered)
+
         radius: Theme.controlRadius
-        color: root.down || root.hovered ? Theme.accentHover : Theme.accent
+        color: root.isDestructive ? (isLit ? Qt.tint(Theme.danger, Qt.alpha(Theme.text, 0.16)) : Theme.danger)
+                                  : isLit ? Theme.accentHover : Theme.accent
 
         FocusRing {
             around: Theme.controlRadius

@@ -1,21 +1,38 @@
 import QtQuick
 import Quorl
 
+// An action with a drawn edge. One that has opened something is filled until that closes.
 BaseButton {
     id: root
 
-    leftPadding: 12
-    rightPadding: 12
+    property string symbol
+    property bool symbolAtEnd
+    property color fill: "transparent"
+    property bool isDestructive
+    property bool isActive
+    property bool isSpread
+    property bool isLarge: (root.parent as SheetFooter) !== null
+
+    implicitHeight: root.isLarge ? Theme.primaryHeight : Theme.controlHeight
+    leftPadding: root.isLarge ? 16 : 12
+    rightPadding: leftPadding
 
     contentItem: ButtonLabel {
         text: root.text
-        color: Theme.text
+        color: root.isDestructive ? Theme.danger : Theme.text
+        symbolColor: root.isDestructive ? Theme.danger : Theme.quiet
+        font: root.isSpread ? Theme.control : Theme.button
+        leadingSymbol: root.symbolAtEnd ? "" : root.symbol
+        trailingSymbol: root.symbolAtEnd ? root.symbol : ""
+        isSpread: root.isSpread
     }
 
     background: Rectangle {
+        readonly property color litFill: !root.isDestructive ? Theme.raised : Qt.alpha(Theme.danger, root.down ? 0.14 : 0.08)
+
         radius: Theme.controlRadius
-        color: root.down || root.hovered ? Theme.raised : "transparent"
-        border.color: root.down ? Theme.muted : Theme.pencil
+        color: root.isActive ? Theme.raised : root.down || root.hovered ? litFill : root.fill
+        border.color: root.isActive ? "transparent" : root.down && !root.isDestructive ? Theme.muted : Theme.pencil
 
         FocusRing {
             around: Theme.controlRadius

@@ -7,22 +7,16 @@ BaseButton {
 
     property color color: Theme.accent
     property string leadingSymbol
-    property string helpText
+    property string trailingSymbol
 
     leftPadding: 8
     rightPadding: 8
-
-    Accessible.description: root.helpText
-
-    HelpText {
-        text: root.helpText
-        wanted: root.hovered
-    }
 
     contentItem: ButtonLabel {
         text: root.text
         color: root.color
         leadingSymbol: root.leadingSymbol
+        trailingSymbol: root.trailingSymbol
     }
 
     background: Rectangle {

@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Templates as T
+import Quorl
+
+// Remembers who has the keyboard when something opens over the window, and gives it back when that closes.
+QtObject {
+    id: root
+
+    property Item item
+    property bool hadRing
+
+    readonly property int reason: root.hadRing ? Qt.TabFocusReason : Qt.PopupFocusReason
+
+    /// What is opened from a menu outlives the menu: the keyboard goes back to where the menu got it.
+    function origin(item: Item): FocusKeeper {
+        if (item === null)
+            return null;
+        const list = item as MenuList;
+        return list ? list.keeper : root.origin(item.parent);
+    }
+
+    function keep(neighbour: Item) {
+        const current = neighbour.Window.activeFocusItem;
+        const earlier = root.origin(current);
+        const control = current as T.Control;
+        root.item = earlier ? earlier.item : current;
+        root.hadRing = earlier ? earlier.hadRing : control !== null && control.visualFocus;
+    }
+
+    function isInside(panel: Item, item: Item): bool {
+        return item !== null && (item === panel || root.isInside(panel, item.parent));
+    }
+
+    /// Unless somebody else has taken the keyboard since. A panel that goes has let go of it already, to the
+    /// window's own item, which alone has no parent.
+    function giveBack(panel: Item) {
+        const current = root.item ? root.item.Window.activeFocusItem : null;
+        const isFree = current === null || current.parent === null || root.isInside(panel, current);
+        if (root.item && root.item.visible && isFree)
+            root.item.forceActiveFocus(root.reason);
+        root.item = null;
+    }
+}

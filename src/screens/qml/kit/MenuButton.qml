@@ -1,0 +1,71 @@
+import QtQuick
+import Quorl
+
+// A button that opens a menu, below itself.
+BaseButton {
+    id: root
+
+    enum Look { Secondary, Text, Title, Navigation }
+
+    property string symbol
+    property bool chevron
+    property bool iconOnly
+    property int size: Theme.controlHeight // when it is a symbol only
+    property int look: MenuButton.Look.Secondary
+    property color fill: "transparent"
+    property color color: root.look === MenuButton.Look.Text ? Theme.accent : Theme.text
+    property bool alignRight
+    property Menu menu
+
+    readonly property bool isOpen: root.menu !== null && root.menu.visible && root.menu.parent === root
+    readonly property bool isNavigation: root.look === MenuButton.Look.Navigation && !root.iconOnly
+    readonly property bool isBare: root.iconOnly || root.look !== MenuButton.Look.Secondary
+
+    function toggleMenu() {
+        if (root.isOpen) {
+            root.menu.close();
+            return;
+        }
+        root.menu.parent = root;
+        root.menu.alignRight = root.alignRight;
+        root.menu.open();
+        root.menu.currentIndex = root.visualFocus ? 0 : -1;
+    }
+
+    implicitWidth: root.iconOnly ? root.size : contentItem.implicitWidth + leftPadding + rightPadding
+    implicitHeight: root.iconOnly ? root.size : root.isNavigation ? Theme.primaryHeight : Theme.controlHeight
+    padding: 0
+    leftPadding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
+    rightPadding: leftPadding
+    onClicked: root.toggleMenu()
+    Keys.onDownPressed: root.toggleMenu()
+
+    Accessible.role: Accessible.ButtonMenu
+
+    contentItem: ButtonLabel {
+        text: root.iconOnly ? "" : root.text
+        color: root.color
+        symbolColor: root.iconOnly && root.isOpen ? Theme.accent : root.color === Theme.text ? Theme.quiet : root.color
+        font: root.isNavigation ? Theme.navigation : root.look === MenuButton.Look.Title ? Theme.pane : Theme.button
+        leadingSymbol: root.symbol
+        trailingSymbol: root.chevron && !root.iconOnly ? Symbols.chevronDown : ""
+        symbolSize: root.iconOnly || root.isNavigation ? 18 : 16
+        gap: root.isNavigation ? 12 : 8
+        isSpread: root.isNavigation
+    }
+
+    background: Rectangle {
+        readonly property color bare: root.iconOnly && root.isOpen ? Theme.select
+            : root.down || root.isOpen ? Theme.press : root.hovered ? Theme.hover : "transparent"
+
+        radius: root.implicitHeight < Theme.controlHeight ? Theme.smallRadius : Theme.controlRadius
+        color: root.isBare ? bare : root.isOpen || root.down || root.hovered ? Theme.raised : root.fill
+        border.width: root.isBare ? 0 : 1
+        border.color: root.isOpen ? "transparent" : root.down ? Theme.muted : Theme.pencil
+
+        FocusRing {
+            around: parent.radius
+            visible: root.visualFocus && !root.isOpen
+        }
+    }
+}
