@@ -54,11 +54,11 @@ std::vector<ModelProfile> AppModel::readyModels(QuorlKind kind) const {
 }
 
 std::optional<std::string> AppModel::whyNotInBatch(const ModelProfile& model, QuorlKind kind) const {
-    const Readiness readiness = this->readiness(model);
+    const Readiness found = readiness(model);
     const std::string cannot = model.name + " cannot run this batch. ";
-    if (readiness.state == Readiness::State::blocked)
-        return cannot + readiness.message;
-    if (readiness.state == Readiness::State::disabled || family(model.provider) != kind)
+    if (found.state == Readiness::State::blocked)
+        return cannot + found.message;
+    if (found.state == Readiness::State::disabled || family(model.provider) != kind)
         return cannot + "It is not ready for " + std::string(rawString(kind)) + ".";
     return std::nullopt;
 }

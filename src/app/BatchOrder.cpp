@@ -48,8 +48,9 @@ Attempt<BatchItem> readDecision(const Json::Value& item, const std::string& name
     if (snapshot) {
         read.questions = *snapshot;
     } else {
+        const Json::Value none;
         const Json::Value* sent = Json::find(item, "questions");
-        auto questions = Veritor::decodeWireQuestions(sent ? *sent : Json::Value());
+        auto questions = Veritor::decodeWireQuestions(sent ? *sent : none);
         if (!questions)
             return Result::failure(name + " needs Veritor questions.");
         read.questions = std::move(*questions);

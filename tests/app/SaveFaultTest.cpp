@@ -2,46 +2,14 @@
 // save had never been asked for.
 #include "app/Harness.h"
 #include "store/RawLibrary.h"
-
-#include <csignal>
-#include <sys/resource.h>
+#include "store/StatementLog.h"
+#include "support/FullDisk.h"
 
 using namespace quorl;
 using namespace quorl::test;
 using testing::ElementsAre;
 
 namespace {
-
-// The statements that the program's connection runs, as SQLite sees them. It listens to connections opened
-// while it lives.
-class StatementLog {
-public:
-    StatementLog() {
-        lines().clear();
-        sqlite3_auto_extension(reinterpret_cast<void (*)()>(&listen)); // the signature SQLite asks for
-    }
-    ~StatementLog() { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(&listen)); }
-
-    /// The first word or two of each statement, a trigger's own left out.
-    static std::vector<std::string>& lines() {
-        static std::vector<std::string> all;
-        return all;
-    }
-
-private:
-    static int listen(sqlite3* db, char**, const void*) {
-        return sqlite3_trace_v2(db, SQLITE_TRACE_STMT, &note, nullptr);
-    }
-
-    static int note(unsigned, void*, void*, void* sql) {
-        const std::string text(static_cast<const char*>(sql));
-        if (text.starts_with("--"))
-            return 0;
-        const auto end = text.find(' ', text.find(' ') + 1);
-        lines().push_back(text.substr(0, text.starts_with("UPDATE") ? text.find(" SET") : end));
-        return 0;
-    }
-};
 
 // Whether the answer to be saved has its example already.
 enum class Save { first, again };
@@ -208,25 +176,6 @@ TEST_P(SaveFaultTest, ACommitThatIsRefusedLeavesNothing) {
     harness.file().exec("DROP TRIGGER one");
     expectTheNextSaveSucceeds();
 }
-
-// A file may not grow, as on a disk that is full.
-class FullDisk {
-public:
-    explicit FullDisk(const std::string& path) : handlerBefore(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &limitBefore);
-        rlimit limit = limitBefore;
-        limit.rlim_cur = std::filesystem::file_size(path);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &limitBefore);
-        std::signal(SIGXFSZ, handlerBefore);
-    }
-
-private:
-    rlimit limitBefore{};
-    void (*handlerBefore)(int);
-};
 
 TEST_P(SaveFaultTest, ADiskThatIsFullAtTheCommitLeavesNothing) {
     {
