@@ -93,6 +93,54 @@ public:
     virtual void chooseTarget(const std::string& name, const FileType& type, Chosen chosen) = 0;
 };
 
+// What the user copies texts to. Thread: main.
+class Clipboard {
+public:
+    virtual ~Clipboard() = default;
+
+    /// `text` takes the place of what is there, whatever its kind.
+    virtual void replace(const std::string& text) = 0;
+};
+
+// Whether the desktop asks for less motion. Thread: main.
+class MotionSetting {
+public:
+    using Changed = std::function<void(bool isReduced)>;
+
+    virtual ~MotionSetting() = default;
+
+    /// False until the desktop has answered, and where it has no such setting.
+    [[nodiscard]] virtual bool isReduced() const = 0;
+
+    /// From now on `changed` is called with every new answer, in place of whoever was called before.
+    virtual void onChange(Changed changed) = 0;
+};
+
+// A rectangle of the desktop, in the device-independent pixels of its screens; y grows downwards.
+struct WindowFrame {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    bool operator==(const WindowFrame&) const = default;
+};
+
+// How the user has left the window. Thread: main. Failures: unseen; what cannot be written is gone at the
+// next start, and what is damaged counts as absent.
+class WindowState {
+public:
+    virtual ~WindowState() = default;
+
+    [[nodiscard]] virtual std::optional<WindowFrame> frame() const = 0;
+
+    /// The width of what stands in front of the divider.
+    [[nodiscard]] virtual std::optional<int> divider() const = 0;
+
+    virtual void setFrame(const WindowFrame& frame) = 0;
+    virtual void setDivider(int width) = 0;
+};
+
 // The services that the model is given. Borrowed: whoever composes the program keeps them alive.
 struct Platform {
     MainThread& mainThread;

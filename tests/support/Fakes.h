@@ -165,4 +165,39 @@ private:
     std::mutex lock;
 };
 
+class FakeClipboard : public Clipboard {
+public:
+    void replace(const std::string& text) override { contents = text; }
+
+    std::optional<std::string> contents;
+};
+
+// A desktop whose user can be made to change their mind.
+class FakeMotionSetting : public MotionSetting {
+public:
+    [[nodiscard]] bool isReduced() const override { return reduced; }
+    void onChange(Changed listener) override { changed = std::move(listener); }
+
+    void set(bool isReducedNow) {
+        reduced = isReducedNow;
+        if (changed)
+            changed(reduced);
+    }
+
+private:
+    bool reduced = false;
+    Changed changed;
+};
+
+class FakeWindowState : public WindowState {
+public:
+    [[nodiscard]] std::optional<WindowFrame> frame() const override { return keptFrame; }
+    [[nodiscard]] std::optional<int> divider() const override { return keptDivider; }
+    void setFrame(const WindowFrame& frame) override { keptFrame = frame; }
+    void setDivider(int width) override { keptDivider = width; }
+
+    std::optional<WindowFrame> keptFrame;
+    std::optional<int> keptDivider;
+};
+
 } // namespace quorl::test
