@@ -80,6 +80,25 @@ TEST_F(SaveDialogTest, WhatIsChosenIsAnsweredOnceAndItsFolderRemembered) {
     EXPECT_EQ(defaults.string("export.folder"), folder.path().string());
 }
 
+TEST_F(SaveDialogTest, TheNextOneOpensWhereTheLastFileWasSaved) {
+    const auto other = folder.path() / "other";
+    std::filesystem::create_directory(other);
+    defaults.setString("export.folder", folder.path().string());
+    ask("other/mine.csv"); // as if the user had gone down into it
+    press("accept");
+    ASSERT_EQ(answer, other / "mine.csv");
+
+    ask();
+    EXPECT_EQ(fileShown("currentFolder"), other.string());
+    EXPECT_EQ(fileShown("selectedFile"), (other / "quorl-scores.csv").string());
+    press("reject");
+
+    dialog.reset();
+    dialog = std::make_unique<SaveDialog>(*window, defaults); // after a restart
+    ask();
+    EXPECT_EQ(fileShown("currentFolder"), other.string());
+}
+
 TEST_F(SaveDialogTest, CancellingAnswersNothingAndItCanBeAskedAgain) {
     ask();
     press("reject");
