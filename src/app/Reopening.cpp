@@ -11,7 +11,6 @@ namespace {
 // What the draft takes from a run, but for the fields of its category. Answers the run's questions, none
 // where they are damaged; then the draft keeps its own.
 std::vector<DecisionQuestion> takeOver(AppModel& model, const QuorlRun& run) {
-    // Not through setKind, which would touch the system instructions.
     model.draftKind = run.kind;
     model.draftPrompt = run.prompt;
     model.draftSystem = run.systemPrompt;
