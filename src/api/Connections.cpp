@@ -209,8 +209,8 @@ private:
     std::size_t sent = 0; // of the output
 };
 
-Connections::Connections(asio::io_context& on, const LocalAPIServer::Handler& given)
-    : queue(on), handler(given), replyBox(std::make_shared<ReplyBox>(on, *this)), overdue(on) {}
+Connections::Connections(asio::io_context& queue, const LocalAPIServer::Handler& given)
+    : handler(given), replyBox(std::make_shared<ReplyBox>(queue, *this)), overdue(queue) {}
 
 Connections::~Connections() {
     replyBox->close();

@@ -43,7 +43,6 @@ private:
     void part(std::uint64_t number);
     void endOverdue();
 
-    asio::io_context& queue;
     const LocalAPIServer::Handler& handler;
     const std::shared_ptr<ReplyBox> replyBox; // shared with the replies that are out
     std::array<char, 65'536> received{};      // what the receive under way brings, of whichever connection
