@@ -27,7 +27,7 @@ QString FeedbackModel::detail() const {
 }
 
 QString FeedbackModel::symbol() const {
-    return symbolKey(latest.symbol);
+    return toQString(latest.symbol);
 }
 
 void FeedbackModel::refresh() {

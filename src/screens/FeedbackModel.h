@@ -19,7 +19,7 @@ class FeedbackModel : public QObject {
     Q_PROPERTY(QString feedbackID READ feedbackID NOTIFY changed) // another for each announcement
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString detail READ detail NOTIFY changed)
-    Q_PROPERTY(QString symbol READ symbol NOTIFY changed) // its name in `Symbols`
+    Q_PROPERTY(QString symbol READ symbol NOTIFY changed) // its name
     Q_PROPERTY(bool isMilestone READ isMilestone NOTIFY changed)
 
 public:

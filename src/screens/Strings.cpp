@@ -21,16 +21,4 @@ QString asEdited(QString text) {
     return text;
 }
 
-QString symbolKey(std::string_view symbol) {
-    QString key;
-    bool startsWord = false;
-    for (const QChar character : toQString(symbol)) {
-        const bool isDot = character == u'.';
-        if (!isDot)
-            key.append(startsWord ? character.toUpper() : character);
-        startsWord = isDot;
-    }
-    return key;
-}
-
 } // namespace quorl

@@ -17,7 +17,4 @@ namespace quorl {
 /// that what an editor gives back can differ from what it was given although nobody has typed.
 [[nodiscard]] QString asEdited(QString text);
 
-/// The name in `Symbols` of a symbol: "tray.full.fill" is `trayFullFill` there.
-[[nodiscard]] QString symbolKey(std::string_view symbol);
-
 } // namespace quorl
