@@ -8,6 +8,8 @@ T.Button {
 
     property string helpText
     property string accessibleName
+    property bool wantsHelp: root.hovered && !root.down
+    property bool isHelpHasty
 
     function pressByKey(event: KeyEvent) {
         event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
@@ -26,6 +28,7 @@ T.Button {
 
     HelpText {
         text: root.helpText
-        wanted: root.hovered && !root.down
+        wanted: root.wantsHelp
+        isHasty: root.isHelpHasty
     }
 }

@@ -23,24 +23,11 @@ T.CheckBox {
         enabled: root.enabled
     }
 
-    indicator: Rectangle {
-        width: 16
-        height: 16
-        radius: 4
-        x: 0
+    indicator: CheckMark {
         y: (root.height - height) / 2
-        color: !root.checked ? "transparent" : root.hovered ? Theme.accentHover : Theme.accent
-        border.color: root.hovered ? Theme.text : Theme.edge
-        border.width: root.checked ? 0 : 1
+        isOn: root.checked
+        isHovered: root.hovered
         opacity: root.enabled ? 1 : Theme.disabledOpacity
-
-        Icon {
-            anchors.centerIn: parent
-            visible: root.checked
-            symbol: Symbols.checkmark
-            size: 14
-            color: Theme.surface
-        }
 
         FocusRing {
             around: 4

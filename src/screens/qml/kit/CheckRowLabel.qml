@@ -8,6 +8,7 @@ Item {
     required property string text
     required property string detail
 
+    implicitWidth: Math.ceil(Math.max(name.implicitWidth, more.visible ? more.implicitWidth : 0))
     implicitHeight: words.implicitHeight
 
     Accessible.ignored: true
@@ -19,18 +20,22 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
 
         Text {
+            id: name
+
             width: parent.width
-            height: Theme.controlLine
             text: root.text
             textFormat: Text.PlainText
             font: Theme.control
             color: Theme.text
             opacity: root.enabled ? 1 : 0.55
-            verticalAlignment: Text.AlignVCenter
-            elide: Text.ElideRight
+            wrapMode: Text.Wrap
+            lineHeight: Theme.controlLine
+            lineHeightMode: Text.FixedHeight
         }
 
         Text {
+            id: more
+
             visible: root.detail !== ""
             width: parent.width
             text: root.detail

@@ -19,7 +19,9 @@ T.TextField {
     Accessible.name: root.placeholderText
 
     Text {
-        anchors.fill: parent
+        x: root.leftPadding
+        width: root.width - x - root.rightPadding
+        height: root.height
         visible: root.length === 0 && root.preeditText === ""
         text: root.placeholderText
         textFormat: Text.PlainText
@@ -30,12 +32,8 @@ T.TextField {
         Accessible.ignored: true
     }
 
-    background: Item {
-        Rectangle {
-            width: parent.width
-            height: root.activeFocus ? 2 : 1
-            anchors.bottom: parent.bottom
-            color: root.activeFocus ? Theme.accent : root.hovered ? Theme.muted : Theme.pencil
-        }
+    background: FieldRule {
+        isFocused: root.activeFocus
+        isHovered: root.hovered
     }
 }

@@ -44,12 +44,8 @@ T.TextArea {
         Accessible.ignored: true
     }
 
-    background: Item {
-        Rectangle {
-            width: parent.width
-            height: root.activeFocus ? 2 : 1
-            anchors.bottom: parent.bottom
-            color: root.activeFocus ? Theme.accent : root.hovered ? Theme.muted : Theme.pencil
-        }
+    background: FieldRule {
+        isFocused: root.activeFocus
+        isHovered: root.hovered
     }
 }

@@ -1,0 +1,71 @@
+import QtQuick
+import Quorl
+
+// A label over a field of one line, or of as many as its text takes.
+FocusScope {
+    id: root
+
+    property string label
+    property string text
+    property string placeholderText
+    property string accessibleName: root.label !== "" ? root.label : root.placeholderText
+    property bool isMultiline
+    property int minimumLines: 1
+    property font font: Theme.body
+
+    readonly property int fieldTop: root.label !== "" ? Theme.labelLine + 2 : 0
+
+    signal edited(string text)
+
+    implicitHeight: root.fieldTop + field.height
+    implicitWidth: 200
+
+    FieldLabel {
+        width: root.width
+        visible: root.label !== ""
+        text: root.label
+    }
+
+    Loader {
+        id: field
+
+        y: root.fieldTop
+        width: root.width
+        focus: true
+        sourceComponent: root.isMultiline ? box : line
+    }
+
+    // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+    // qmllint disable unqualified
+    Component {
+        id: line
+
+        LineField {
+            focus: true
+            text: root.text
+            font: root.font
+            placeholderText: root.placeholderText
+            onTextEdited: root.edited(text)
+
+            Accessible.name: root.accessibleName
+        }
+    }
+
+    Component {
+        id: box
+
+        TextBox {
+            focus: true
+            text: root.text
+            font: root.font
+            placeholderText: root.placeholderText
+            minimumLines: root.minimumLines
+            onTextChanged: {
+                if (text !== root.text)
+                    root.edited(text);
+            }
+
+            Accessible.name: root.accessibleName
+        }
+    }
+}

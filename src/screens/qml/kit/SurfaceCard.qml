@@ -1,0 +1,3 @@
+import Quorl
+
+Card {}
