@@ -13,6 +13,7 @@ Item {
     property string trailingSymbol
     property int symbolSize: 16
     property int gap: 8
+    property real symbolScale: 1
     property bool isSpread // the words at the left, the last symbol at the right
 
     readonly property real wordGap: root.text !== "" ? root.gap : 0
@@ -29,6 +30,7 @@ Item {
         x: root.start
         anchors.verticalCenter: root.verticalCenter
         visible: root.leadingSymbol !== ""
+        scale: root.symbolScale
         symbol: root.leadingSymbol
         size: root.symbolSize
         color: root.symbolColor

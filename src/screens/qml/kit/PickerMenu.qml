@@ -21,10 +21,8 @@ Menu {
         root.currentIndex = Math.max(0, root.currentPlace);
     }
 
-    Instantiator {
+    Repeater {
         model: root.entries
-        onObjectAdded: (index, object) => root.insertItem(index, object as MenuEntry)
-        onObjectRemoved: (index, object) => root.removeItem(object as MenuEntry)
 
         MenuEntry {
             required property int index

@@ -1,0 +1,43 @@
+import QtQuick
+import Quorl
+
+// Keeps an answer in the dataset. The bookmark beats once when that has happened.
+BaseButton {
+    id: root
+
+    property bool saved
+    property real symbolScale: 1
+
+    text: root.saved ? qsTr("Saved to dataset") : qsTr("Save to dataset")
+    leftPadding: 8
+    rightPadding: 8
+    onSavedChanged: {
+        if (root.saved && Motion.isAllowed)
+            beat.restart();
+    }
+
+    SequentialAnimation {
+        id: beat
+
+        NumberAnimation { target: root; property: "symbolScale"; to: 1.15; duration: 120 }
+        NumberAnimation { target: root; property: "symbolScale"; to: 1; duration: 120 }
+    }
+
+    contentItem: ButtonLabel {
+        text: root.text
+        font: Theme.label
+        color: root.saved ? Theme.accent : Theme.quiet
+        leadingSymbol: root.saved ? Symbols.bookmarkFill : Symbols.bookmark
+        symbolScale: root.symbolScale
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
+
+        FocusRing {
+            around: Theme.controlRadius
+            visible: root.visualFocus
+        }
+    }
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import QtQuick.Templates as T
+import Quorl
+
+// One of the two thumbs. Whether it is on is for the model to say, so a press alone changes nothing here.
+T.CheckBox {
+    id: root
+
+    property bool isUp: true
+    property string helpText
+    property string accessibleName: root.helpText
+    property int size: Theme.controlHeight
+
+    function pressByKey(event: KeyEvent) {
+        event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
+        if (event.accepted && !event.isAutoRepeat)
+            root.clicked();
+    }
+
+    implicitWidth: root.size
+    implicitHeight: root.size
+    padding: 0
+    opacity: enabled ? 1 : Theme.disabledOpacity
+    nextCheckState: () => root.checkState
+    Keys.onReturnPressed: event => root.pressByKey(event)
+    Keys.onEnterPressed: event => root.pressByKey(event)
+
+    Accessible.name: root.accessibleName
+    Accessible.checkable: true
+    Accessible.checked: root.checked
+
+    HelpText {
+        text: root.helpText
+        wanted: root.hovered && !root.down
+    }
+
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            symbol: root.isUp ? (root.checked ? Symbols.handThumbsupFill : Symbols.handThumbsup)
+                              : (root.checked ? Symbols.handThumbsdownFill : Symbols.handThumbsdown)
+            size: 18
+            color: root.checked ? Theme.accent : Theme.quiet
+        }
+    }
+
+    background: Rectangle {
+        radius: root.size < Theme.controlHeight ? Theme.smallRadius : Theme.controlRadius
+        color: root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
+
+        FocusRing {
+            around: parent.radius
+            visible: root.visualFocus
+        }
+    }
+}
