@@ -5,8 +5,10 @@
 #include "tools/Client.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -53,6 +55,21 @@ public:
         return model;
     }
 
+    /// Listens without anybody to handle what comes in.
+    void startBare() {
+        std::optional<bool> isListening;
+        server.onState = [&](const auto& failure) {
+            harness.loop.post([&, isFree = !failure] { isListening = isFree; });
+        };
+        do {
+            isListening.reset();
+            portNumber = freePort();
+            server.start(portNumber);
+            if (!harness.loop.runUntil([&] { return isListening.has_value(); }))
+                throw std::runtime_error("The listener says nothing.");
+        } while (!*isListening);
+    }
+
     /// Starts the API of a running model, and waits until the system has said what it makes of the port.
     void startOn(std::uint16_t number) {
         harness.model().startAPI(server, number);
@@ -63,13 +80,14 @@ public:
     }
 
     /// Does `work`, which may ask the server, on a thread of its own, and serves until it is done.
-    void serveWhile(const std::function<void()>& work) {
+    void serveWhile(const std::function<void()>& work,
+                    std::chrono::seconds deadline = std::chrono::seconds(60)) {
         std::atomic<bool> isDone = false;
         std::thread client([&] {
             work();
             harness.loop.post([&] { isDone = true; });
         });
-        const bool ended = harness.loop.runUntil([&] { return isDone.load(); });
+        const bool ended = harness.loop.runUntil([&] { return isDone.load(); }, deadline);
         client.join();
         if (!ended)
             throw std::runtime_error("The client did not come to an end.");
