@@ -224,6 +224,7 @@ TEST_F(DesktopMotionTest, NoAnimationsOfKDEsReduce) {
 
     EXPECT_FALSE(kdeAnswer("[KDE]\nAnimationDurationFactor=0.5\n"));
     EXPECT_FALSE(kdeAnswer("[KDE]\nAnimationDurationFactor=x\n"));
+    EXPECT_FALSE(kdeAnswer("[KDE]\nAnimationDurationFactor=0 percent\n"));
     EXPECT_FALSE(kdeAnswer("[KDE]\nAnimationDurationFactor\n"));
     EXPECT_FALSE(kdeAnswer("[KDE]\nAnimationDurationFactor=\n"));
     EXPECT_FALSE(kdeAnswer("[KDE][Other]\nAnimationDurationFactor=0\n"));
@@ -347,16 +348,38 @@ TEST_F(MotionOnABusTest, ThePortalsWordForGNOMEsSwitchComesBeforeTheSwitch) {
     EXPECT_FALSE(portalAnswer({{gnome, {{"enable-animations", "true"}}}}));
 }
 
-TEST_F(MotionOnABusTest, WithoutGNOMEsSchemaTheProgramLives) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process whose GLib has looked for no schema yet
-    EXPECT_EXIT(
-        {
-            const ScopedVariable nowhere("XDG_DATA_DIRS", runtime.path.c_str());
-            const ScopedVariable home("XDG_DATA_HOME", runtime.path.c_str());
-            const bool isReduced = answer();
-            std::_Exit(!isReduced && !hasGNOMESchema() ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
+// In a process of its own, since GLib looks for schemas once.
+class MotionWithSchemasTest : public MotionOnABusTest {
+protected:
+    void SetUp() override {
+        MotionOnABusTest::SetUp();
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+    }
+
+    // Leaves the process, with 0 if motion is not reduced and GNOME's schema is not there.
+    [[noreturn]] void answerAndLeave() {
+        const ScopedVariable data("XDG_DATA_DIRS", runtime.path.c_str());
+        const ScopedVariable home("XDG_DATA_HOME", runtime.path.c_str());
+        const bool isReduced = answer();
+        std::_Exit(isReduced || hasGNOMESchema() ? 1 : 0);
+    }
+};
+
+TEST_F(MotionWithSchemasTest, WithoutAnySchemasTheProgramLives) {
+    EXPECT_EXIT(answerAndLeave(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(MotionWithSchemasTest, WithOtherSchemasThanGNOMEsTheProgramLives) {
+    const auto schemas = runtime.path / "glib-2.0/schemas";
+    std::filesystem::create_directories(schemas);
+    std::ofstream(schemas / "org.example.other.gschema.xml")
+        << R"(<schemalist><schema id="org.example.other" path="/org/example/other/">
+              <key name="enable-animations" type="b"><default>false</default></key>
+              </schema></schemalist>)";
+    if (std::system(("glib-compile-schemas " + schemas.string()).c_str()) != 0)
+        GTEST_SKIP() << "There is no glib-compile-schemas here.";
+
+    EXPECT_EXIT(answerAndLeave(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(MotionOnABusTest, AMutePortalCostsNoMoreThanThePatience) {
