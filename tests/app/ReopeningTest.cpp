@@ -156,8 +156,9 @@ TEST_F(ReopeningTest, AGenerationOfABatchIsNoList) {
 TEST_F(ReopeningTest, ARunWhoseBatchIsGoneIsASingleQuestion) {
     QuorlRun run = makeRun(QuorlKind::decision);
     run.questionsJSON = Veritor::archive({makeQuestion("one")});
-    harness.start();
     run.batchID = UUID::random();
+    insert(run);
+    harness.start();
     model().draftIsBulk = true;
 
     model().openComparison(run);
