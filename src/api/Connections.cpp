@@ -97,8 +97,9 @@ public:
     Connection(Connections& all, std::uint64_t given, tcp::socket accepted)
         : owner(all), number(given), socket(std::move(accepted)) {}
 
+    /// By the time it is taken in, a client has mostly sent its request: that spares waiting for it.
     void start() {
-        attempt([this] { read(); });
+        attempt([this] { receive(); });
     }
 
     /// A second reply goes nowhere.

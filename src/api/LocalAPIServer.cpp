@@ -181,8 +181,7 @@ void LocalAPIServer::Listener::accept(const std::shared_ptr<Acceptor>& acceptor)
 
 void LocalAPIServer::Listener::welcome(const std::shared_ptr<Acceptor>& acceptor) {
     for (int count = 0; count < largestWelcome; ++count) {
-        const int descriptor =
-            ::accept4(acceptor->socket.native_handle(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        const int descriptor = ::accept4(acceptor->socket.native_handle(), nullptr, nullptr, SOCK_CLOEXEC);
         if (descriptor < 0 && errno == ECONNABORTED)
             continue; // this one has given up waiting
         if (descriptor < 0 && errno != EAGAIN)

@@ -73,7 +73,7 @@ TEST(LocalAPIServerReply, CountsTheBytesOfItsBody) {
 }
 
 TEST(LocalAPIServerReply, IsSentWholeHoweverLargeItIs) {
-    const std::string body(50'000'000, 'x');
+    const std::string body(20'000'000, 'x');
 
     EXPECT_TRUE(replyTo({200, body}) == replyOf("200 OK", body));
 }
@@ -128,7 +128,7 @@ TEST(LocalAPIServerReply, IsTheFirstThatIsGiven) {
 }
 
 TEST(LocalAPIServerReply, MayBeGivenUpByTheClient) {
-    const std::string body(50'000'000, 'x');
+    const std::string body(20'000'000, 'x');
     Told<LocalAPIServer::Reply> replies;
     const ListeningServer listening([&](const HTTPRequest& request, LocalAPIServer::Reply reply) {
         if (request.path == "/later")
