@@ -360,6 +360,7 @@ protected:
     [[noreturn]] void answerAndLeave() {
         const ScopedVariable data("XDG_DATA_DIRS", runtime.path.c_str());
         const ScopedVariable home("XDG_DATA_HOME", runtime.path.c_str());
+        g_log_set_always_fatal(G_LOG_LEVEL_CRITICAL); // nothing GLib would complain of
         const bool isReduced = answer();
         std::_Exit(isReduced || hasGNOMESchema() ? 1 : 0);
     }
