@@ -20,6 +20,7 @@ T.Button {
     implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: Theme.controlHeight
     opacity: enabled ? 1 : Theme.disabledOpacity
+    hoverEnabled: true // for the help text, also where a platform has no effects under the pointer
     Keys.onReturnPressed: event => root.pressByKey(event)
     Keys.onEnterPressed: event => root.pressByKey(event)
 

@@ -11,13 +11,17 @@ T.CheckBox {
 
     function pressByKey(event: KeyEvent) {
         event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
-        if (event.accepted && !event.isAutoRepeat)
-            root.toggle();
+        if (event.accepted && !event.isAutoRepeat) {
+            root.toggle(); // which is silent
+            root.toggled();
+            root.clicked();
+        }
     }
 
     implicitWidth: leftPadding + contentItem.implicitWidth
     implicitHeight: Math.max(Theme.controlHeight, contentItem.implicitHeight + 12)
     leftPadding: 28
+    hoverEnabled: true
     Keys.onReturnPressed: event => root.pressByKey(event)
     Keys.onEnterPressed: event => root.pressByKey(event)
 

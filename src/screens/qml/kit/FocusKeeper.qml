@@ -19,12 +19,17 @@ QtObject {
         return list ? list.keeper : root.origin(item.parent);
     }
 
+    function showsRing(item: Item): bool {
+        const control = item as T.Control;
+        const button = item as PlainButton;
+        return control ? control.visualFocus : button !== null && button.visualFocus;
+    }
+
     function keep(neighbour: Item) {
         const current = neighbour.Window.activeFocusItem;
         const earlier = root.origin(current);
-        const control = current as T.Control;
         root.item = earlier ? earlier.item : current;
-        root.hadRing = earlier ? earlier.hadRing : control !== null && control.visualFocus;
+        root.hadRing = earlier ? earlier.hadRing : root.showsRing(current);
     }
 
     function isInside(panel: Item, item: Item): bool {
@@ -36,6 +41,9 @@ QtObject {
     function giveBack(panel: Item) {
         const current = root.item ? root.item.Window.activeFocusItem : null;
         const isFree = current === null || current.parent === null || root.isInside(panel, current);
+        const button = root.item as PlainButton;
+        if (button)
+            button.isFocusQuiet = !root.hadRing;
         if (root.item && root.item.visible && isFree)
             root.item.forceActiveFocus(root.reason);
         root.item = null;

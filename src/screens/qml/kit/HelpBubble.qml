@@ -11,7 +11,10 @@ Item {
     required property bool isWanted
     required property bool isHasty
 
+    property bool isComplete
     readonly property bool isUnderPointer: around.hovered && root.control.contains(root.control.mapFromItem(root.control.parent, around.point.position))
+
+    Component.onCompleted: root.isComplete = true
 
     HoverHandler {
         id: around
@@ -22,7 +25,7 @@ Item {
 
     T.ToolTip {
         parent: root.control
-        visible: root.isWanted || (!root.control.enabled && root.isUnderPointer)
+        visible: root.isComplete && (root.control.enabled ? root.isWanted : root.isUnderPointer)
         delay: root.isHasty ? 0 : 600
         y: root.control.height + 6
         margins: Theme.fromEdges

@@ -2,7 +2,7 @@ import QtQuick
 import Quorl
 
 // A button that opens a menu, below itself.
-BaseButton {
+PlainButton {
     id: root
 
     enum Look { Secondary, Text, Title, Navigation }
@@ -20,44 +20,33 @@ BaseButton {
     readonly property bool isOpen: root.menu !== null && root.menu.visible && root.menu.parent === root
     readonly property bool isNavigation: root.look === MenuButton.Look.Navigation && !root.iconOnly
     readonly property bool isBare: root.iconOnly || root.look !== MenuButton.Look.Secondary
+    readonly property int padding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
 
     function toggleMenu() {
         if (root.isOpen) {
             root.menu.close();
             return;
         }
+        const first = root.visualFocus ? 0 : -1;
         root.menu.parent = root;
         root.menu.alignRight = root.alignRight;
         root.menu.open();
-        root.menu.currentIndex = root.visualFocus ? 0 : -1;
+        root.menu.currentIndex = first;
     }
 
-    implicitWidth: root.iconOnly ? root.size : contentItem.implicitWidth + leftPadding + rightPadding
+    implicitWidth: root.iconOnly ? root.size : label.implicitWidth + 2 * root.padding
     implicitHeight: root.iconOnly ? root.size : root.isNavigation ? Theme.primaryHeight : Theme.controlHeight
-    padding: 0
-    leftPadding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
-    rightPadding: leftPadding
     onClicked: root.toggleMenu()
     Keys.onDownPressed: root.toggleMenu()
 
     Accessible.role: Accessible.ButtonMenu
+    Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
 
-    contentItem: ButtonLabel {
-        text: root.iconOnly ? "" : root.text
-        color: root.color
-        symbolColor: root.iconOnly && root.isOpen ? Theme.accent : root.color === Theme.text ? Theme.quiet : root.color
-        font: root.isNavigation ? Theme.navigation : root.look === MenuButton.Look.Title ? Theme.pane : Theme.button
-        leadingSymbol: root.symbol
-        trailingSymbol: root.chevron && !root.iconOnly ? Symbols.chevronDown : ""
-        symbolSize: root.iconOnly || root.isNavigation ? 18 : 16
-        gap: root.isNavigation ? 12 : 8
-        isSpread: root.isNavigation
-    }
-
-    background: Rectangle {
+    Rectangle {
         readonly property color bare: root.iconOnly && root.isOpen ? Theme.select
             : root.down || root.isOpen ? Theme.press : root.hovered ? Theme.hover : "transparent"
 
+        anchors.fill: parent
         radius: root.implicitHeight < Theme.controlHeight ? Theme.smallRadius : Theme.controlRadius
         color: root.isBare ? bare : root.isOpen || root.down || root.hovered ? Theme.raised : root.fill
         border.width: root.isBare ? 0 : 1
@@ -67,5 +56,22 @@ BaseButton {
             around: parent.radius
             visible: root.visualFocus && !root.isOpen
         }
+    }
+
+    ButtonLabel {
+        id: label
+
+        x: root.padding
+        width: root.width - 2 * x
+        height: root.height
+        text: root.iconOnly ? "" : root.text
+        color: root.color
+        symbolColor: root.iconOnly && root.isOpen ? Theme.accent : root.color === Theme.text ? Theme.quiet : root.color
+        font: root.isNavigation ? Theme.navigation : root.look === MenuButton.Look.Title ? Theme.pane : Theme.button
+        leadingSymbol: root.symbol
+        trailingSymbol: root.chevron && !root.iconOnly ? Symbols.chevronDown : ""
+        symbolSize: root.iconOnly || root.isNavigation ? 18 : 16
+        gap: root.isNavigation ? 12 : 8
+        isSpread: root.isNavigation
     }
 }

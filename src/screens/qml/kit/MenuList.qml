@@ -14,7 +14,8 @@ ListView {
     clip: interactive
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false // the menu moves its own mark
-    highlightMoveDuration: 0
+    highlightFollowsCurrentItem: false // which would take its time
+    onCurrentIndexChanged: root.positionViewAtIndex(root.currentIndex, ListView.Contain)
 
     T.ScrollBar.vertical: PaneScrollBar {}
 }

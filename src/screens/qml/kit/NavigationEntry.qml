@@ -2,21 +2,15 @@ import QtQuick
 import Quorl
 
 // A destination in the rail.
-BaseButton {
+TabButton {
     id: root
 
     property string symbol
-    property string title
-    property bool selected
 
-    text: root.title
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: Theme.primaryHeight
     leftPadding: 12
     rightPadding: 12
-
-    Accessible.role: Accessible.PageTab
-    Accessible.selectable: true
-    Accessible.selected: root.selected
 
     contentItem: ButtonLabel {
         text: root.text

@@ -2,7 +2,7 @@ import QtQuick
 import Quorl
 
 // What opens the menu of a picker, and shows what is chosen.
-BaseButton {
+PlainButton {
     id: root
 
     required property string placeholder
@@ -13,9 +13,8 @@ BaseButton {
 
     signal asked
 
+    implicitWidth: label.implicitWidth + (root.inForm ? 2 : 20)
     implicitHeight: Theme.controlHeight
-    leftPadding: root.inForm ? 0 : 12
-    rightPadding: root.inForm ? 2 : 8
     onClicked: root.asked()
     Keys.onDownPressed: root.asked()
     Keys.onUpPressed: root.asked()
@@ -23,34 +22,37 @@ BaseButton {
     Accessible.role: Accessible.ComboBox
     Accessible.description: root.text
 
-    contentItem: ButtonLabel {
+    FieldRule {
+        anchors.fill: parent
+        visible: root.inForm
+        isFocused: root.visualFocus || root.isOpen
+        isHovered: root.hovered
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        visible: !root.inForm
+        radius: Theme.controlRadius
+        color: root.isOpen || root.down || root.hovered ? Theme.raised : "transparent"
+        border.color: root.isOpen ? "transparent" : root.down ? Theme.muted : Theme.pencil
+
+        FocusRing {
+            around: Theme.controlRadius
+            visible: root.visualFocus && !root.isOpen
+        }
+    }
+
+    ButtonLabel {
+        id: label
+
+        x: root.inForm ? 0 : 12
+        width: root.width - x - (root.inForm ? 2 : 8)
+        height: root.height
         text: root.isEmpty ? root.placeholder : root.text
         font: root.inForm ? Theme.body : Theme.control
         color: root.isEmpty ? Theme.quiet : Theme.text
         symbolColor: Theme.quiet
         trailingSymbol: Symbols.chevronDown
         isSpread: true
-    }
-
-    background: Item {
-        FieldRule {
-            anchors.fill: parent
-            visible: root.inForm
-            isFocused: root.visualFocus || root.isOpen
-            isHovered: root.hovered
-        }
-
-        Rectangle {
-            anchors.fill: parent
-            visible: !root.inForm
-            radius: Theme.controlRadius
-            color: root.isOpen || root.down || root.hovered ? Theme.raised : "transparent"
-            border.color: root.isOpen ? "transparent" : root.down ? Theme.muted : Theme.pencil
-
-            FocusRing {
-                around: Theme.controlRadius
-                visible: root.visualFocus && !root.isOpen
-            }
-        }
     }
 }

@@ -1,27 +1,46 @@
 import QtQuick
+import QtQuick.Templates as T
 import Quorl
 
-// One of the segments.
-BaseButton {
+// One of the segments. Return presses it as Space does.
+T.RadioButton {
     id: root
 
     required property string symbol
+    required property string helpText
     required property bool isOn
     required property bool isTabStop
+    required property string accessibleName
 
     signal moved(int step)
 
+    function pressByKey(event: KeyEvent) {
+        event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
+        if (event.accepted && !event.isAutoRepeat)
+            root.clicked();
+    }
+
+    checked: root.isOn
+    autoExclusive: false
     focusPolicy: root.isTabStop ? Qt.StrongFocus : Qt.ClickFocus
-    opacity: 1 // all of them fade together
     padding: 4
+    hoverEnabled: true
+    Keys.onReturnPressed: event => root.pressByKey(event)
+    Keys.onEnterPressed: event => root.pressByKey(event)
     Keys.onLeftPressed: root.moved(-1)
     Keys.onUpPressed: root.moved(-1)
     Keys.onRightPressed: root.moved(1)
     Keys.onDownPressed: root.moved(1)
 
-    Accessible.role: Accessible.RadioButton
+    Accessible.name: root.accessibleName !== "" ? root.accessibleName : root.helpText
+    Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
     Accessible.checkable: true
     Accessible.checked: root.isOn
+
+    HelpText {
+        text: root.helpText
+        wanted: root.hovered && !root.down
+    }
 
     contentItem: ButtonLabel {
         text: root.text

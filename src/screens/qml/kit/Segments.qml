@@ -18,8 +18,8 @@ Rectangle {
 
     function choose(place: int) {
         const next = (place + root.model.length) % root.model.length;
-        root.chosen(root.model[next].value);
         entries.itemAt(next).forceActiveFocus(Qt.TabFocusReason);
+        root.chosen(root.model[next].value);
     }
 
     implicitWidth: 2 + root.model.length * (root.iconOnly ? 42 : 104)
@@ -51,7 +51,7 @@ Rectangle {
                 symbol: modelData.symbol ?? ""
                 helpText: modelData.helpText ?? ""
                 isOn: index === root.currentIndex
-                isTabStop: isOn || (root.currentIndex < 0 && index === 0)
+                isTabStop: isOn || activeFocus || (root.currentIndex < 0 && index === 0)
                 onClicked: root.chosen(modelData.value)
                 onMoved: step => root.choose(index + step)
             }

@@ -22,6 +22,7 @@ T.CheckBox {
     padding: 0
     opacity: enabled ? 1 : Theme.disabledOpacity
     nextCheckState: () => root.checkState
+    hoverEnabled: true
     Keys.onReturnPressed: event => root.pressByKey(event)
     Keys.onEnterPressed: event => root.pressByKey(event)
 

@@ -12,14 +12,18 @@ T.Switch {
 
     function pressByKey(event: KeyEvent) {
         event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
-        if (event.accepted && !event.isAutoRepeat)
-            root.toggle();
+        if (event.accepted && !event.isAutoRepeat) {
+            root.toggle(); // which is silent
+            root.toggled();
+            root.clicked();
+        }
     }
 
     implicitWidth: 36 + (root.text !== "" ? 12 + contentItem.implicitWidth : 0)
     implicitHeight: Math.max(root.isTrailing ? Theme.rowHeight : Theme.controlHeight, contentItem.implicitHeight + 12)
     leftPadding: root.isTrailing ? 0 : 48
     rightPadding: root.isTrailing ? 48 : 0
+    hoverEnabled: true
     Keys.onReturnPressed: event => root.pressByKey(event)
     Keys.onEnterPressed: event => root.pressByKey(event)
 

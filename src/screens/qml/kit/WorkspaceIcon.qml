@@ -2,16 +2,32 @@ import QtQuick
 import Quorl
 
 // A destination in the toolbar of a narrow window.
-IconButton {
+TabButton {
     id: root
 
-    property string title
-    property bool selected
+    property string symbol
 
+    implicitWidth: Theme.controlHeight
+    implicitHeight: Theme.controlHeight
+    padding: 0
     helpText: root.title
-    isActive: root.selected
 
-    Accessible.role: Accessible.PageTab
-    Accessible.selectable: true
-    Accessible.selected: root.selected
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            symbol: root.symbol
+            size: 18
+            color: root.selected ? Theme.accent : Theme.quiet
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: root.selected ? Theme.select : root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
+
+        FocusRing {
+            around: Theme.controlRadius
+            visible: root.visualFocus
+        }
+    }
 }
