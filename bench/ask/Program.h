@@ -30,6 +30,9 @@ inline void raiseDescriptorLimit() {
 class Program {
 public:
     Program(const std::filesystem::path& folder, int count, const sample::SampleEndpoint& endpoint)
+        : Program(folder, count, endpoint.baseURL()) {}
+
+    Program(const std::filesystem::path& folder, int count, const std::string& baseURL)
         : platform{loop, clock, defaults, keychain, folder} {
         raiseDescriptorLimit();
         defaults.setBoolean("seed.decisions.v1", true);
@@ -43,7 +46,7 @@ public:
             model->addModel(ProviderKind::openAICompatible);
             ModelProfile profile = model->library.models().back();
             profile.modelIdentifier = "bench";
-            profile.endpoint = endpoint.baseURL();
+            profile.endpoint = baseURL;
             profile.enabled = true;
             model->replaceModel(profile);
             model->saveSecret(profile.id, {"key", "", "", ""});
