@@ -10,12 +10,34 @@ namespace quorl {
 
 namespace {
 
-DraftScreen::Mode modeOf(QuorlKind kind) {
+DraftScreen::Mode modeOf(bool isBulk, QuorlKind kind) {
+    if (isBulk)
+        return DraftScreen::Mode::Bulk;
     switch (kind) {
     case QuorlKind::decision:
         return DraftScreen::Mode::Decision;
     case QuorlKind::generation:
         return DraftScreen::Mode::Generation;
+    }
+    Q_UNREACHABLE();
+}
+
+DraftScreen::Scoring shownScoringOf(ScoringMode mode) {
+    switch (mode) {
+    case ScoringMode::binary:
+        return DraftScreen::Scoring::YesNo;
+    case ScoringMode::scale:
+        return DraftScreen::Scoring::OneToTen;
+    }
+    Q_UNREACHABLE();
+}
+
+ScoringMode storedScoring(DraftScreen::Scoring scoring) {
+    switch (scoring) {
+    case DraftScreen::Scoring::YesNo:
+        return ScoringMode::binary;
+    case DraftScreen::Scoring::OneToTen:
+        return ScoringMode::scale;
     }
     Q_UNREACHABLE();
 }
@@ -35,10 +57,15 @@ QString labelOf(const std::vector<ModelProfile>& models) {
 } // namespace
 
 DraftScreen::DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter)
-    : model(appModel), adapter(modelAdapter), questionRows(appModel) {
+    : model(appModel), adapter(modelAdapter), questionRows(appModel),
+      templateEditor(appModel, QuestionEditor::Place::bulkTemplate, *appModel.draftBulkTemplate),
+      bulkRows(appModel), pasteSheet(bulkRows) {
     connect(&adapter, &ModelAdapter::changed, this, &DraftScreen::refresh);
+    connect(&bulkRows, &BulkQuestionListModel::countChanged, this, &DraftScreen::runLabelChanged);
+    connect(this, &DraftScreen::modeChanged, this, &DraftScreen::runLabelChanged);
     refreshMode();
     refreshTexts();
+    refreshScoring();
     refreshModels();
     refreshAnswers();
 }
@@ -51,35 +78,54 @@ QString DraftScreen::finishedCount() const {
     return tr("%1 of %2").arg(shownAnswers.total - shownAnswers.running).arg(shownAnswers.total);
 }
 
-void DraftScreen::chooseMode(Mode next) {
-    if (next == shownMode)
-        return;
-    switch (next) {
+QString DraftScreen::modeLabel() const {
+    switch (shownMode) {
     case Mode::Decision:
-        model.setKind(QuorlKind::decision);
-        break;
+        return tr("Decision");
+    case Mode::Bulk:
+        return tr("Bulk questions");
     case Mode::Generation:
-        model.draftIsBulk = false;
-        model.newComparison();
-        model.setKind(QuorlKind::generation);
-        break;
+        return tr("Ask models");
     }
+    Q_UNREACHABLE();
+}
+
+QString DraftScreen::runLabel() const {
+    if (shownMode != Mode::Bulk)
+        return tr("Compare");
+    const int count = bulkRows.count();
+    return count == 1 ? tr("Run 1 question") : tr("Run %1 questions").arg(count);
+}
+
+void DraftScreen::askSingleQuestion() {
+    model.draftIsBulk = false;
+    model.newComparison();
+    model.persistDraft();
+}
+
+void DraftScreen::askLanguageModels() {
+    askSingleQuestion();
+    model.setKind(QuorlKind::generation);
 }
 
 void DraftScreen::editPrompt(const QString& text) {
-    if (text == asEdited(shownPrompt))
-        return;
-    shownPrompt = text;
-    model.draftPrompt = text.toStdString();
-    Q_EMIT promptChanged();
+    edit(model.draftPrompt, &Texts::prompt, text);
 }
 
 void DraftScreen::editSystemPrompt(const QString& text) {
-    if (text == asEdited(shownSystemPrompt))
-        return;
-    shownSystemPrompt = text;
-    model.draftSystem = text.toStdString();
-    Q_EMIT systemPromptChanged();
+    edit(model.draftSystem, &Texts::systemPrompt, text);
+}
+
+void DraftScreen::editCategory(const QString& text) {
+    edit(model.draftCategoryText, &Texts::category, text);
+}
+
+void DraftScreen::editSubcategory(const QString& text) {
+    edit(model.draftSubcategoryText, &Texts::subcategory, text);
+}
+
+void DraftScreen::setScoring(Scoring next) {
+    model.draftScoring = storedScoring(next);
 }
 
 void DraftScreen::toggleModel(const QString& modelID) {
@@ -98,7 +144,10 @@ void DraftScreen::compare() {
     }
     setValidation({});
     const auto before = *model.activeRunID;
-    model.ask();
+    if (*model.draftIsBulk)
+        model.askBulk();
+    else
+        model.ask();
     adapter.deliver();
     if (*model.activeRunID != before)
         Q_EMIT comparisonStarted();
@@ -111,12 +160,18 @@ void DraftScreen::retry(const QString& answerID) {
 
 void DraftScreen::refresh(const ModelChanges& changes) {
     using enum AppField;
-    if (changes.has(draftKind))
+    if (changes.hasAny({draftIsBulk, draftKind}))
         refreshMode();
     if (changes.has(draftQuestions))
         questionRows.refresh();
-    if (changes.hasAny({draftPrompt, draftSystem}))
+    if (changes.has(draftBulkTemplate))
+        templateEditor.show(*model.draftBulkTemplate);
+    if (changes.has(draftBulkQuestions))
+        bulkRows.refresh();
+    if (changes.hasAny({draftPrompt, draftSystem, draftCategoryText, draftSubcategoryText}))
         refreshTexts();
+    if (changes.has(draftScoring))
+        refreshScoring();
     if (changes.hasAny({models, draftKind, draftModelIDs, secretFlags, claudeLoggedIn}))
         refreshModels();
     if (changes.hasAny({runs, activeRunID}) ||
@@ -134,23 +189,31 @@ void DraftScreen::refresh(const ModelChanges& changes) {
 }
 
 void DraftScreen::refreshMode() {
-    const Mode next = modeOf(*model.draftKind);
+    const Mode next = modeOf(*model.draftIsBulk, *model.draftKind);
     if (next == shownMode)
         return;
     shownMode = next;
-    setValidation({}); // it spoke of the other kind's fields
+    setValidation({}); // it spoke of the other mode's fields
     Q_EMIT modeChanged();
 }
 
 void DraftScreen::refreshTexts() {
-    if (QString next = toQString(*model.draftPrompt); next != shownPrompt) {
-        shownPrompt = std::move(next);
-        Q_EMIT promptChanged();
-    }
-    if (QString next = toQString(*model.draftSystem); next != shownSystemPrompt) {
-        shownSystemPrompt = std::move(next);
-        Q_EMIT systemPromptChanged();
-    }
+    Texts next{.prompt = toQString(*model.draftPrompt),
+               .systemPrompt = toQString(*model.draftSystem),
+               .category = toQString(*model.draftCategoryText),
+               .subcategory = toQString(*model.draftSubcategoryText)};
+    if (next == shownTexts)
+        return;
+    shownTexts = std::move(next);
+    Q_EMIT textsChanged();
+}
+
+void DraftScreen::refreshScoring() {
+    const Scoring next = shownScoringOf(*model.draftScoring);
+    if (next == shownScoring)
+        return;
+    shownScoring = next;
+    Q_EMIT scoringChanged();
 }
 
 void DraftScreen::refreshModels() {
@@ -170,6 +233,11 @@ void DraftScreen::refreshModels() {
     if (QString label = labelOf(model.selectedModels()); label != shownModelsLabel) {
         shownModelsLabel = std::move(label);
         Q_EMIT modelsLabelChanged();
+    }
+    const bool offers = *model.claudeLoggedIn == false && *model.draftKind == QuorlKind::generation;
+    if (offers != shownOffersLogin) {
+        shownOffersLogin = offers;
+        Q_EMIT offersLoginChanged();
     }
 }
 
@@ -194,13 +262,16 @@ void DraftScreen::refreshAnswers() {
 }
 
 QString DraftScreen::whatIsMissing() const {
-    switch (*model.draftKind) {
-    case QuorlKind::decision:
-        return toQString(Veritor::validate(*model.draftPrompt, *model.draftQuestions).value_or(""));
-    case QuorlKind::generation:
+    if (*model.draftKind == QuorlKind::generation)
         return Text::isBlank(*model.draftPrompt) ? tr("Write a question first.") : QString();
+    if (!*model.draftIsBulk)
+        return toQString(Veritor::validate(*model.draftPrompt, *model.draftQuestions).value_or(""));
+    try {
+        (void)Veritor::bulkQuestions(*model.draftPrompt, *model.draftBulkTemplate, *model.draftBulkQuestions);
+    } catch (const StoreError& problem) {
+        return toQString(problem.what());
     }
-    Q_UNREACHABLE();
+    return {};
 }
 
 void DraftScreen::setValidation(QString line) {
@@ -208,6 +279,14 @@ void DraftScreen::setValidation(QString line) {
         return;
     shownValidation = std::move(line);
     Q_EMIT validationChanged();
+}
+
+void DraftScreen::edit(Observed<std::string>& text, QString Texts::*shown, const QString& edited) {
+    if (edited == asEdited(shownTexts.*shown))
+        return;
+    shownTexts.*shown = edited;
+    text = edited.toStdString();
+    Q_EMIT textsChanged();
 }
 
 } // namespace quorl

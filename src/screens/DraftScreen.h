@@ -1,8 +1,11 @@
 #pragma once
 
 #include "screens/AnswerListModel.h"
+#include "screens/BulkQuestionListModel.h"
 #include "screens/ModelAdapter.h"
 #include "screens/ModelChoiceListModel.h"
+#include "screens/PastedQuestions.h"
+#include "screens/QuestionEditor.h"
 #include "screens/QuestionListModel.h"
 
 #include <QObject>
@@ -23,12 +26,20 @@ class DraftScreen : public QObject {
 
     // The composer
     Q_PROPERTY(Mode mode READ mode NOTIFY modeChanged)
-    Q_PROPERTY(QString prompt READ prompt NOTIFY promptChanged)
-    Q_PROPERTY(QString systemPrompt READ systemPrompt NOTIFY systemPromptChanged)
+    Q_PROPERTY(QString modeLabel READ modeLabel NOTIFY modeChanged)
+    Q_PROPERTY(QString prompt READ prompt NOTIFY textsChanged)
+    Q_PROPERTY(QString systemPrompt READ systemPrompt NOTIFY textsChanged)
+    Q_PROPERTY(Scoring scoring READ scoring NOTIFY scoringChanged)
+    Q_PROPERTY(QString category READ category NOTIFY textsChanged)
+    Q_PROPERTY(QString subcategory READ subcategory NOTIFY textsChanged)
     Q_PROPERTY(quorl::QuestionListModel* questions READ questions CONSTANT)
+    Q_PROPERTY(quorl::QuestionEditor* bulkTemplate READ bulkTemplate CONSTANT)
+    Q_PROPERTY(quorl::BulkQuestionListModel* bulkQuestions READ bulkQuestions CONSTANT)
+    Q_PROPERTY(quorl::PastedQuestions* pasted READ pasted CONSTANT)
     Q_PROPERTY(quorl::ModelChoiceListModel* models READ models CONSTANT)
     Q_PROPERTY(QString modelsLabel READ modelsLabel NOTIFY modelsLabelChanged)
-    Q_PROPERTY(QString runLabel READ runLabel CONSTANT)
+    Q_PROPERTY(bool offersLogin READ offersLogin NOTIFY offersLoginChanged)
+    Q_PROPERTY(QString runLabel READ runLabel NOTIFY runLabelChanged)
     Q_PROPERTY(QString validation READ validation NOTIFY validationChanged) // empty for none
 
     // The answers
@@ -43,16 +54,27 @@ public:
     /// Both are borrowed and must outlive the screen.
     DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter);
 
-    enum class Mode { Decision, Generation };
+    enum class Mode { Decision, Bulk, Generation };
     Q_ENUM(Mode)
 
+    enum class Scoring { YesNo, OneToTen };
+    Q_ENUM(Scoring)
+
     [[nodiscard]] Mode mode() const { return shownMode; }
-    [[nodiscard]] QString prompt() const { return shownPrompt; }
-    [[nodiscard]] QString systemPrompt() const { return shownSystemPrompt; }
+    [[nodiscard]] QString modeLabel() const;
+    [[nodiscard]] QString prompt() const { return shownTexts.prompt; }
+    [[nodiscard]] QString systemPrompt() const { return shownTexts.systemPrompt; }
+    [[nodiscard]] Scoring scoring() const { return shownScoring; }
+    [[nodiscard]] QString category() const { return shownTexts.category; }
+    [[nodiscard]] QString subcategory() const { return shownTexts.subcategory; }
     [[nodiscard]] QuestionListModel* questions() { return &questionRows; }
+    [[nodiscard]] QuestionEditor* bulkTemplate() { return &templateEditor; }
+    [[nodiscard]] BulkQuestionListModel* bulkQuestions() { return &bulkRows; }
+    [[nodiscard]] PastedQuestions* pasted() { return &pasteSheet; }
     [[nodiscard]] ModelChoiceListModel* models() { return &choices; }
     [[nodiscard]] QString modelsLabel() const { return shownModelsLabel; }
-    [[nodiscard]] QString runLabel() const { return tr("Compare"); }
+    [[nodiscard]] bool offersLogin() const { return shownOffersLogin; }
+    [[nodiscard]] QString runLabel() const;
     [[nodiscard]] QString validation() const { return shownValidation; }
 
     [[nodiscard]] bool hasRun() const { return shownAnswers.hasRun; }
@@ -63,22 +85,37 @@ public:
     [[nodiscard]] QString finishedCount() const;
     [[nodiscard]] AnswerListModel* answers() { return &cards; }
 
-    Q_INVOKABLE void chooseMode(quorl::DraftScreen::Mode next);
+    // The four ways to go on, each from any mode. The family of the models and whether there is one question
+    // or a list are two things: to ask for a single question keeps the first, for decision models the second.
+    Q_INVOKABLE void askSingleQuestion();
+    Q_INVOKABLE void askBulkQuestions() { model.setBulk(true); }
+    Q_INVOKABLE void askDecisionModels() { model.setKind(QuorlKind::decision); }
+    Q_INVOKABLE void askLanguageModels();
 
     /// What an editor holds now. What it makes of our own text by itself counts as no edit.
     Q_INVOKABLE void editPrompt(const QString& text);
     Q_INVOKABLE void editSystemPrompt(const QString& text);
+    Q_INVOKABLE void editCategory(const QString& text);
+    Q_INVOKABLE void editSubcategory(const QString& text);
+    Q_INVOKABLE void setScoring(quorl::DraftScreen::Scoring next);
 
+    /// Looks again at what stands in the models' way: files may have come or gone.
+    Q_INVOKABLE void lookAtModels() { refreshModels(); }
     Q_INVOKABLE void toggleModel(const QString& modelID);
+    Q_INVOKABLE void manageModels() { model.destination = Screen::models; }
+    Q_INVOKABLE void logIn() { model.loginClaudeCode(); }
+
     Q_INVOKABLE void compare();
     Q_INVOKABLE void reset() { model.newComparison(); }
     Q_INVOKABLE void retry(const QString& answerID);
 
 Q_SIGNALS:
     void modeChanged();
-    void promptChanged();
-    void systemPromptChanged();
+    void textsChanged();
+    void scoringChanged();
     void modelsLabelChanged();
+    void offersLoginChanged();
+    void runLabelChanged();
     void validationChanged();
     void answersChanged();
     void questionFocusRequested();
@@ -95,12 +132,23 @@ private:
         bool operator==(const AnswersSummary&) const = default;
     };
 
+    struct Texts {
+        QString prompt;
+        QString systemPrompt;
+        QString category;
+        QString subcategory;
+
+        bool operator==(const Texts&) const = default;
+    };
+
     void refresh(const ModelChanges& changes);
     void refreshMode();
+    void refreshScoring();
     void refreshTexts();
     void refreshModels();
     void refreshAnswers();
     void setValidation(QString line);
+    void edit(Observed<std::string>& text, QString Texts::*shown, const QString& edited);
 
     // What is missing in the draft, as a sentence; empty if nothing is.
     [[nodiscard]] QString whatIsMissing() const;
@@ -108,12 +156,16 @@ private:
     AppModel& model;
     ModelAdapter& adapter;
     QuestionListModel questionRows;
+    QuestionEditor templateEditor;
+    BulkQuestionListModel bulkRows;
+    PastedQuestions pasteSheet;
     ModelChoiceListModel choices;
     AnswerListModel cards;
     Mode shownMode = Mode::Decision;
-    QString shownPrompt;
-    QString shownSystemPrompt;
+    Texts shownTexts;
+    Scoring shownScoring = Scoring::YesNo;
     QString shownModelsLabel;
+    bool shownOffersLogin = false;
     QString shownValidation;
     AnswersSummary shownAnswers;
 };

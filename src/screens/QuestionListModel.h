@@ -1,61 +1,54 @@
 #pragma once
 
-#include "app/AppModel.h"
+#include "screens/QuestionEditor.h"
 #include "screens/RecordListModel.h"
 
 #include <qqmlregistration.h>
 
+#include <unordered_map>
+
 namespace quorl {
 
-// The typed questions of the draft and every edit of them. An edit names its question, and its option, by id:
-// one that has gone meanwhile takes no edit, and its neighbour stays as it is. Thread: main. Failures: none.
-class QuestionListModel : public RecordListModel<DecisionQuestion> {
+struct QuestionRow {
+    UUID id;
+
+    bool operator==(const QuestionRow&) const = default;
+};
+
+// The typed questions of the draft, one row and one editor each. The editor of a question that has gone lives
+// on until the event loop has come round, for its row may still be closing. Thread: main. Failures: none.
+class QuestionListModel : public RecordListModel<QuestionRow> {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by DraftScreen")
+    Q_PROPERTY(quorl::QuestionEditor* first READ first NOTIFY firstChanged) // null where there is none
 
 public:
     /// `appModel` is borrowed and must outlive the list.
     explicit QuestionListModel(AppModel& appModel) : model(appModel) { refresh(); }
 
-    enum class Type { Choice, Score, YesNo };
-    Q_ENUM(Type)
-
-    enum Role {
-        QuestionIDRole = Qt::UserRole,
-        QuestionTypeRole,
-        InstructionsRole,
-        OptionIDsRole,
-        OptionLabelsRole,
-        LevelsRole, // from lowest to highest
-        CanAddLevelRole,
-        YesMeansRole,
-        NoMeansRole,
-    };
+    enum Role { QuestionIDRole = Qt::UserRole, EditorRole };
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    [[nodiscard]] QuestionEditor* first() const;
+    [[nodiscard]] QuestionEditor* editorAt(int row) const;
+
     /// Takes the rows from the draft.
-    void refresh() { setRows(*model.draftQuestions); }
+    void refresh();
 
     Q_INVOKABLE void addQuestion();
+    /// The last one stays.
     Q_INVOKABLE void removeQuestion(const QString& questionID);
-    Q_INVOKABLE void setType(const QString& questionID, quorl::QuestionListModel::Type type);
-    Q_INVOKABLE void editInstructions(const QString& questionID, const QString& text);
-    Q_INVOKABLE void editOption(const QString& questionID, const QString& optionID, const QString& text);
-    Q_INVOKABLE void addOption(const QString& questionID);
-    Q_INVOKABLE void editLevel(const QString& questionID, int place, const QString& text);
-    Q_INVOKABLE void addLevel(const QString& questionID);
-    Q_INVOKABLE void editYesMeans(const QString& questionID, const QString& text);
-    Q_INVOKABLE void editNoMeans(const QString& questionID, const QString& text);
+
+Q_SIGNALS:
+    void firstChanged();
+    void questionAdded(int row); // by the user
 
 private:
-    // Lets `edit` change the question of that id, if it is there.
-    template <class Edit>
-    void change(const QString& questionID, Edit edit);
-
     AppModel& model;
+    std::unordered_map<UUID, QuestionEditor*> editors; // our children
 };
 
 } // namespace quorl

@@ -53,10 +53,11 @@ TEST_F(DraftScreenTest, ChoosingDecisionsShowsTheirModelsAndKeepsTheTexts) {
     screen.editPrompt(QStringLiteral("Two rooms are free."));
     ASSERT_EQ(choice(screen, 0, ModelChoiceListModel::ModelNameRole), QStringLiteral("speaker"));
 
-    screen.chooseMode(DraftScreen::Mode::Decision);
+    screen.askDecisionModels();
     ScreenHarness::endTurn();
 
     EXPECT_EQ(screen.mode(), DraftScreen::Mode::Decision);
+    EXPECT_EQ(screen.modeLabel(), QStringLiteral("Decision"));
     EXPECT_EQ(harness.defaults.string("draft.kind"), "decision");
     EXPECT_EQ(screen.prompt(), QStringLiteral("Two rooms are free."));
     ASSERT_EQ(screen.models()->rowCount(), 1);
@@ -73,14 +74,123 @@ TEST_F(DraftScreenTest, ChoosingToAskModelsLeavesTheBulkListAndHidesTheAnswers) 
     ScreenHarness::endTurn();
     QSignalSpy focusRequested(&screen, &DraftScreen::questionFocusRequested);
 
-    screen.chooseMode(DraftScreen::Mode::Generation);
+    EXPECT_EQ(screen.modeLabel(), QStringLiteral("Bulk questions"));
+
+    screen.askLanguageModels();
     ScreenHarness::endTurn();
 
     EXPECT_EQ(screen.mode(), DraftScreen::Mode::Generation);
+    EXPECT_EQ(screen.modeLabel(), QStringLiteral("Ask models"));
+    EXPECT_EQ(harness.defaults.string("draft.kind"), "generation");
     EXPECT_FALSE(*harness.model().draftIsBulk);
     EXPECT_EQ(harness.defaults.boolean("draft.bulk"), false);
     EXPECT_FALSE(screen.hasRun());
     EXPECT_EQ(focusRequested.size(), 1);
+}
+
+TEST_F(DraftScreenTest, ASingleQuestionKeepsTheFamilyOfTheModels) {
+    harness.defaults.setString("draft.kind", "decision");
+    harness.defaults.setBoolean("draft.bulk", true);
+    const QuorlRun run = makeRun(QuorlKind::decision);
+    harness.file().insertRun(run);
+    DraftScreen& screen = show();
+    harness.model().activeRunID = run.id;
+
+    screen.askSingleQuestion();
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.mode(), DraftScreen::Mode::Decision);
+    EXPECT_EQ(harness.defaults.boolean("draft.bulk"), false);
+    EXPECT_EQ(*harness.model().activeRunID, std::nullopt);
+
+    screen.askLanguageModels();
+    screen.askSingleQuestion();
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.mode(), DraftScreen::Mode::Generation);
+}
+
+TEST_F(DraftScreenTest, BulkQuestionsStartWithTheQuestionsOfTheDraft) {
+    harness.defaults.setString("draft.kind", "decision");
+    DraftScreen& screen = show();
+    screen.questions()->first()->editInstructions(QStringLiteral("Is it late?"));
+
+    screen.askBulkQuestions();
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(screen.mode(), DraftScreen::Mode::Bulk);
+    ASSERT_EQ(screen.bulkQuestions()->rowCount(), 1);
+    EXPECT_EQ(harness.model().draftBulkQuestions->front().text, "Is it late?");
+    EXPECT_EQ(screen.bulkTemplate()->instructions(), QStringLiteral("Is it late?"));
+    EXPECT_EQ(harness.defaults.boolean("draft.bulk"), true);
+}
+
+TEST_F(DraftScreenTest, DecisionModelsKeepABulkList) {
+    harness.defaults.setString("draft.kind", "decision");
+    harness.defaults.setBoolean("draft.bulk", true);
+    DraftScreen& screen = show();
+
+    screen.askDecisionModels();
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(screen.mode(), DraftScreen::Mode::Bulk);
+}
+
+TEST_F(DraftScreenTest, TheRunButtonCountsTheRowsOfABulkListBlankOnesToo) {
+    harness.defaults.setString("draft.kind", "decision");
+    DraftScreen& screen = show();
+    EXPECT_EQ(screen.runLabel(), QStringLiteral("Compare"));
+    QSignalSpy changed(&screen, &DraftScreen::runLabelChanged);
+
+    screen.askBulkQuestions();
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.runLabel(), QStringLiteral("Run 1 question"));
+    EXPECT_GE(changed.size(), 1);
+
+    screen.bulkQuestions()->add();
+    EXPECT_EQ(screen.runLabel(), QStringLiteral("Run 2 questions"));
+    EXPECT_GE(changed.size(), 2);
+    harness.model().draftBulkQuestions = std::vector<BulkQuestion>();
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.runLabel(), QStringLiteral("Run 0 questions"));
+}
+
+TEST_F(DraftScreenTest, WhatIsWrongWithABulkListIsSaidWithItsNumber) {
+    harness.defaults.setString("draft.kind", "decision");
+    harness.defaults.setBoolean("draft.bulk", true);
+    DraftScreen& screen = show();
+    screen.editPrompt(QStringLiteral("Two rooms are free."));
+    screen.bulkTemplate()->setType(QuestionEditor::Type::YesNo);
+    harness.model().draftBulkQuestions =
+        std::vector<BulkQuestion>{{UUID::random(), "Is it late?"}, {UUID::random(), ""}};
+
+    screen.compare();
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.validation(), QStringLiteral("Question 2: Write the question text."));
+
+    harness.model().draftBulkQuestions = std::vector<BulkQuestion>();
+    ScreenHarness::endTurn();
+    EXPECT_EQ(screen.validation(), QString());
+    screen.compare();
+    EXPECT_EQ(screen.validation(), QStringLiteral("Add between 1 and 200 questions."));
+    EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
+    EXPECT_EQ(harness.model().library.runCount(), 0u);
+}
+
+TEST_F(DraftScreenTest, ABulkListIsAskedAsOneBatch) {
+    harness.defaults.setString("draft.kind", "decision");
+    harness.defaults.setBoolean("draft.bulk", true);
+    DraftScreen& screen = showAsking({harness.addDecisionModel("decider")});
+    screen.bulkTemplate()->setType(QuestionEditor::Type::YesNo);
+    harness.model().draftBulkQuestions =
+        std::vector<BulkQuestion>{{UUID::random(), "Is it late?"}, {UUID::random(), "Is it cold?"}};
+    QSignalSpy started(&screen, &DraftScreen::comparisonStarted);
+
+    screen.compare();
+
+    EXPECT_EQ(screen.validation(), QString());
+    EXPECT_EQ(harness.model().library.runCount(), 2u);
+    EXPECT_NE(*harness.model().activeBatchID, std::nullopt);
+    EXPECT_EQ(started.size(), 1);
+    ASSERT_TRUE(harness.answered());
 }
 
 TEST_F(DraftScreenTest, WhatIsWrongWithADecisionIsSaidAndNothingIsAsked) {
@@ -105,7 +215,7 @@ TEST_F(DraftScreenTest, AnotherModeTakesTheValidationLineAlong) {
     screen.compare();
     ASSERT_NE(screen.validation(), QString());
 
-    screen.chooseMode(DraftScreen::Mode::Generation);
+    screen.askLanguageModels();
     ScreenHarness::endTurn();
 
     EXPECT_EQ(screen.validation(), QString());
@@ -115,9 +225,8 @@ TEST_F(DraftScreenTest, ADecisionIsAskedAndItsAnswerShownInLines) {
     harness.defaults.setString("draft.kind", "decision");
     DraftScreen& screen = showAsking({harness.addDecisionModel("decider")});
     QuestionListModel& questions = *screen.questions();
-    const QString id = questions.data(questions.index(0), QuestionListModel::QuestionIDRole).toString();
-    questions.editInstructions(id, QStringLiteral("Is it late?"));
-    questions.setType(id, QuestionListModel::Type::YesNo);
+    questions.first()->editInstructions(QStringLiteral("Is it late?"));
+    questions.first()->setType(QuestionEditor::Type::YesNo);
     ScreenHarness::endTurn();
 
     screen.compare();
@@ -142,6 +251,22 @@ TEST_F(DraftScreenTest, EditsReachTheDraftAtOnceAndTheSettingsAtTheEndOfTheTurn)
     ScreenHarness::endTurn();
     EXPECT_EQ(harness.defaults.string("draft.prompt"), "Pourquoi ça?");
     EXPECT_EQ(harness.defaults.string("draft.system"), "Briefly.");
+}
+
+TEST_F(DraftScreenTest, TheOptionsReachTheDraftAndTheSettings) {
+    DraftScreen& screen = show();
+    EXPECT_EQ(screen.scoring(), DraftScreen::Scoring::YesNo);
+    screen.editCategory(QStringLiteral("Support "));
+    screen.editSubcategory(QStringLiteral("Returns"));
+    screen.setScoring(DraftScreen::Scoring::OneToTen);
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(screen.category(), QStringLiteral("Support "));
+    EXPECT_EQ(screen.subcategory(), QStringLiteral("Returns"));
+    EXPECT_EQ(screen.scoring(), DraftScreen::Scoring::OneToTen);
+    EXPECT_EQ(harness.defaults.string("draft.categoryText"), "Support ");
+    EXPECT_EQ(harness.defaults.string("draft.subcategoryText"), "Returns");
+    EXPECT_EQ(harness.defaults.string("draft.scoring"), "scale");
 }
 
 TEST_F(DraftScreenTest, ManyEditsOfOneTurnAreWrittenOnce) {
@@ -178,7 +303,7 @@ TEST_F(DraftScreenTest, WhatAnEditorMakesOfATextByItselfIsNoEdit) {
 
 TEST_F(DraftScreenTest, AChangeOfTheDraftFromElsewhereIsShownAndKept) {
     DraftScreen& screen = show();
-    QSignalSpy changed(&screen, &DraftScreen::promptChanged);
+    QSignalSpy changed(&screen, &DraftScreen::textsChanged);
     harness.model().draftPrompt = "From history";
     ScreenHarness::endTurn();
 
@@ -267,13 +392,52 @@ TEST_F(DraftScreenTest, AQuestionWithoutAReadyModelIsRefusedAndAsksForOne) {
 
 TEST_F(DraftScreenTest, AnyEditClearsTheValidationLine) {
     DraftScreen& screen = show();
-    screen.compare();
-    ASSERT_NE(screen.validation(), QString());
+    const auto text = QStringLiteral("x");
+    const std::vector<std::function<void()>> edits{
+        [&] { screen.editSystemPrompt(text); },
+        [&] { screen.editCategory(text); },
+        [&] { screen.editSubcategory(text); },
+        [&] { screen.setScoring(DraftScreen::Scoring::OneToTen); },
+        [&] { screen.questions()->first()->editInstructions(text); },
+        [&] { screen.bulkTemplate()->addOption(); },
+        [&] { screen.bulkQuestions()->add(); },
+        [&] { screen.editPrompt(QStringLiteral(" ")); },
+        [&] { harness.model().newComparison(); },
+    };
 
-    screen.editSystemPrompt(QStringLiteral("Briefly."));
+    for (std::size_t place = 0; place < edits.size(); ++place) {
+        screen.compare();
+        ASSERT_NE(screen.validation(), QString());
+        edits[place]();
+        ScreenHarness::endTurn();
+        EXPECT_EQ(screen.validation(), QString()) << place;
+    }
+}
+
+TEST_F(DraftScreenTest, TheLoginIsOfferedWhereItIsMissingAndOfUse) {
+    DraftScreen& screen = show();
+    harness.model().claudeLoggedIn = std::nullopt;
     ScreenHarness::endTurn();
+    EXPECT_FALSE(screen.offersLogin());
 
-    EXPECT_EQ(screen.validation(), QString());
+    harness.model().claudeLoggedIn = false;
+    ScreenHarness::endTurn();
+    EXPECT_TRUE(screen.offersLogin());
+
+    screen.askDecisionModels();
+    ScreenHarness::endTurn();
+    EXPECT_FALSE(screen.offersLogin());
+
+    screen.askLanguageModels();
+    harness.model().claudeLoggedIn = true;
+    ScreenHarness::endTurn();
+    EXPECT_FALSE(screen.offersLogin());
+}
+
+TEST_F(DraftScreenTest, TheModelsAreManagedOnTheirOwnScreen) {
+    show().manageModels();
+
+    EXPECT_EQ(*harness.model().destination, Destination(Screen::models));
 }
 
 TEST_F(DraftScreenTest, ComparingAsksTheModelsAndShowsTheirAnswers) {

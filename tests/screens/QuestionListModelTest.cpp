@@ -4,6 +4,8 @@
 #include "screens/ScreenHarness.h"
 
 #include <QAbstractItemModelTester>
+#include <QPointer>
+#include <QSignalSpy>
 
 namespace quorl::test {
 namespace {
@@ -11,27 +13,19 @@ namespace {
 class QuestionListModelTest : public testing::Test {
 protected:
     // The list of a draft of those questions.
-    QuestionListModel& show(const std::vector<DecisionQuestion>& questions = {makeQuestion()}) {
+    QuestionListModel& show(const std::vector<DecisionQuestion>& questions) {
         harness.defaults.setString("draft.questions", Veritor::archive(questions));
         return *harness.show().draft()->questions();
     }
 
-    static DecisionQuestion makeQuestion() {
+    static DecisionQuestion makeQuestion(const char* instructions) {
         DecisionQuestion question = DecisionQuestion::starter();
-        question.instructions = "Which room?";
-        question.options[0].label = "The large one";
-        question.options[1].label = "The small one";
-        question.levels = {"bad", "good"};
-        question.yesMeans = "There is one";
-        question.noMeans = "There is none";
+        question.instructions = instructions;
         return question;
     }
 
     static QString idOf(const DecisionQuestion& question) {
         return QString::fromStdString(question.id.text());
-    }
-    static QVariant read(QuestionListModel& list, int role, int row = 0) {
-        return list.data(list.index(row), role);
     }
 
     const std::vector<DecisionQuestion>& draft() { return *harness.model().draftQuestions; }
@@ -39,132 +33,94 @@ protected:
     ScreenHarness harness;
 };
 
-TEST_F(QuestionListModelTest, ShowsEachQuestionWithAllThatAnyTypeNeeds) {
-    const DecisionQuestion question = makeQuestion();
-    QuestionListModel& list = show({question});
+TEST_F(QuestionListModelTest, EachQuestionHasItsEditor) {
+    const DecisionQuestion first = makeQuestion("Which room?");
+    const DecisionQuestion second = makeQuestion("Which day?");
+    QuestionListModel& list = show({first, second});
 
-    ASSERT_EQ(list.rowCount(), 1);
-    EXPECT_EQ(read(list, QuestionListModel::QuestionIDRole), idOf(question));
-    EXPECT_EQ(read(list, QuestionListModel::QuestionTypeRole).toInt(), int(QuestionListModel::Type::Choice));
-    EXPECT_EQ(read(list, QuestionListModel::InstructionsRole), QStringLiteral("Which room?"));
-    EXPECT_EQ(read(list, QuestionListModel::OptionLabelsRole),
-              QStringList({QStringLiteral("The large one"), QStringLiteral("The small one")}));
-    EXPECT_EQ(read(list, QuestionListModel::LevelsRole),
-              QStringList({QStringLiteral("bad"), QStringLiteral("good")}));
-    EXPECT_EQ(read(list, QuestionListModel::CanAddLevelRole), true);
-    EXPECT_EQ(read(list, QuestionListModel::YesMeansRole), QStringLiteral("There is one"));
-    EXPECT_EQ(read(list, QuestionListModel::NoMeansRole), QStringLiteral("There is none"));
-}
-
-TEST_F(QuestionListModelTest, EveryEditReachesItsFieldOfTheDraftAndTheSettings) {
-    DecisionQuestion expected = makeQuestion();
-    QuestionListModel& list = show({expected});
-    const QString id = idOf(expected);
-
-    list.editInstructions(id, QStringLiteral("Où?"));
-    list.editOption(id, QString::fromStdString(expected.options[1].id.text()), QStringLiteral("Neither"));
-    list.editLevel(id, 0, QStringLiteral("worst"));
-    list.editYesMeans(id, QStringLiteral("Oui"));
-    list.editNoMeans(id, QStringLiteral("Non"));
-    list.setType(id, QuestionListModel::Type::Score);
-    ScreenHarness::endTurn();
-
-    expected.instructions = "Où?";
-    expected.options[1].label = "Neither";
-    expected.levels[0] = "worst";
-    expected.yesMeans = "Oui";
-    expected.noMeans = "Non";
-    expected.type = DecisionQuestionType::score;
-    EXPECT_EQ(draft(), std::vector{expected});
-    EXPECT_EQ(harness.defaults.string("draft.questions"), Veritor::archive({expected}));
-    EXPECT_EQ(read(list, QuestionListModel::InstructionsRole), QStringLiteral("Où?"));
-}
-
-TEST_F(QuestionListModelTest, AnotherTypeLosesNothing) {
-    const DecisionQuestion question = makeQuestion();
-    QuestionListModel& list = show({question});
-
-    for (const auto type :
-         {QuestionListModel::Type::YesNo, QuestionListModel::Type::Score, QuestionListModel::Type::Choice})
-        list.setType(idOf(question), type);
-
-    EXPECT_EQ(draft(), std::vector{question});
-}
-
-TEST_F(QuestionListModelTest, AnEditOfWhatHasGoneChangesNothing) {
-    const DecisionQuestion question = makeQuestion();
-    const QString gone = QString::fromStdString(UUID::random().text());
-    QuestionListModel& list = show({question});
-
-    list.editInstructions(gone, QStringLiteral("x"));
-    list.editOption(idOf(question), gone, QStringLiteral("x"));
-    list.editLevel(idOf(question), 2, QStringLiteral("x"));
-    list.editLevel(idOf(question), -1, QStringLiteral("x"));
-    list.addOption(gone);
-    list.addLevel(QStringLiteral("no identifier"));
-    list.setType(gone, QuestionListModel::Type::YesNo);
-    list.removeQuestion(gone);
-
-    EXPECT_EQ(draft(), std::vector{question});
-}
-
-TEST_F(QuestionListModelTest, WhatAnEditorMakesOfATextByItselfIsNoEdit) {
-    DecisionQuestion question = makeQuestion();
-    question.instructions = "one\r\ntwo";
-    QuestionListModel& list = show({question});
-
-    list.editInstructions(idOf(question), QStringLiteral("one\ntwo"));
-
-    EXPECT_EQ(draft()[0].instructions, "one\r\ntwo");
+    ASSERT_EQ(list.rowCount(), 2);
+    EXPECT_EQ(list.data(list.index(1), QuestionListModel::QuestionIDRole), idOf(second));
+    EXPECT_EQ(list.data(list.index(1), QuestionListModel::EditorRole).value<QuestionEditor*>(),
+              list.editorAt(1));
+    EXPECT_EQ(list.editorAt(1)->instructions(), QStringLiteral("Which day?"));
+    EXPECT_EQ(list.first()->instructions(), QStringLiteral("Which room?"));
 }
 
 TEST_F(QuestionListModelTest, QuestionsAreAddedAtTheEndAndRemovedByTheirId) {
-    const DecisionQuestion first = makeQuestion();
-    const DecisionQuestion second = makeQuestion();
+    const DecisionQuestion first = makeQuestion("Which room?");
+    const DecisionQuestion second = makeQuestion("Which day?");
     QuestionListModel& list = show({first, second});
     const QAbstractItemModelTester tester(&list, QAbstractItemModelTester::FailureReportingMode::Warning);
+    QSignalSpy added(&list, &QuestionListModel::questionAdded);
 
     list.addQuestion();
-    ScreenHarness::endTurn();
     EXPECT_EQ(list.rowCount(), 3);
     EXPECT_EQ(draft()[2].instructions, "");
     EXPECT_EQ(draft()[2].options.size(), 2u);
+    ASSERT_EQ(added.size(), 1);
+    EXPECT_EQ(added[0][0], 2);
 
     list.removeQuestion(idOf(second));
-    ScreenHarness::endTurn();
     EXPECT_EQ(list.rowCount(), 2);
     EXPECT_EQ(draft()[0], first);
+    ScreenHarness::endTurn();
+    EXPECT_EQ(harness.defaults.string("draft.questions"), Veritor::archive(draft()));
 }
 
 TEST_F(QuestionListModelTest, TheLastQuestionStays) {
-    const DecisionQuestion question = makeQuestion();
+    const DecisionQuestion question = makeQuestion("Which room?");
     QuestionListModel& list = show({question});
 
     list.removeQuestion(idOf(question));
+    list.removeQuestion(QStringLiteral("no identifier"));
 
     EXPECT_EQ(draft(), std::vector{question});
 }
 
-TEST_F(QuestionListModelTest, ChoicesAreAdded) {
-    QuestionListModel& list = show();
+TEST_F(QuestionListModelTest, TheEditorOfARemovedQuestionShowsItStillAndWritesNowhere) {
+    const DecisionQuestion first = makeQuestion("Which room?");
+    const DecisionQuestion second = makeQuestion("Which day?");
+    QuestionListModel& list = show({first, second});
+    const QPointer<QuestionEditor> gone = list.editorAt(0);
 
-    list.addOption(read(list, QuestionListModel::QuestionIDRole).toString());
-    ScreenHarness::endTurn();
+    list.removeQuestion(idOf(first));
+    ASSERT_NE(gone, nullptr);
+    gone->editInstructions(QStringLiteral("x"));
+    gone->editName(QStringLiteral("x"));
+    gone->setType(QuestionEditor::Type::Score);
+    gone->addOption();
+    gone->addLevel();
 
-    EXPECT_EQ(draft()[0].options.size(), 3u);
-    EXPECT_EQ(read(list, QuestionListModel::OptionIDsRole).toStringList().size(), 3);
+    EXPECT_EQ(gone->instructions(), QStringLiteral("Which room?"));
+    EXPECT_EQ(draft(), std::vector{second});
+    QCoreApplication::sendPostedEvents(gone, QEvent::DeferredDelete);
+    EXPECT_EQ(gone, nullptr);
 }
 
-TEST_F(QuestionListModelTest, LevelsAreAddedUpToTen) {
-    QuestionListModel& list = show();
-    const QString id = read(list, QuestionListModel::QuestionIDRole).toString();
+TEST_F(QuestionListModelTest, TheFirstOneIsToldWhenItIsAnother) {
+    const DecisionQuestion second = makeQuestion("Which day?");
+    const DecisionQuestion first = makeQuestion("Which room?");
+    QuestionListModel& list = show({first, second});
+    QSignalSpy firstChanged(&list, &QuestionListModel::firstChanged);
 
-    for (int i = 0; i < 9; ++i)
-        list.addLevel(id);
+    list.editorAt(1)->editInstructions(QStringLiteral("When?"));
+    EXPECT_EQ(firstChanged.size(), 0);
+
+    list.removeQuestion(idOf(first));
+    EXPECT_EQ(firstChanged.size(), 1);
+    EXPECT_EQ(list.first()->instructions(), QStringLiteral("When?"));
+}
+
+TEST_F(QuestionListModelTest, QuestionsFromElsewhereTakeThePlaceOfTheOthers) {
+    QuestionListModel& list = show({makeQuestion("Which room?")});
+    const QAbstractItemModelTester tester(&list, QAbstractItemModelTester::FailureReportingMode::Warning);
+
+    harness.model().draftQuestions = std::vector{makeQuestion("Who?"), makeQuestion("When?")};
     ScreenHarness::endTurn();
 
-    EXPECT_EQ(draft()[0].levels.size(), 10u);
-    EXPECT_EQ(read(list, QuestionListModel::CanAddLevelRole), false);
+    ASSERT_EQ(list.rowCount(), 2);
+    EXPECT_EQ(list.editorAt(0)->instructions(), QStringLiteral("Who?"));
+    EXPECT_EQ(list.editorAt(1)->instructions(), QStringLiteral("When?"));
 }
 
 } // namespace

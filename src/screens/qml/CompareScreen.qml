@@ -26,7 +26,7 @@ Item {
             fields.focusQuestion();
         }
         function onModelsRequested() {
-            fields.focusModels();
+            footer.openModels();
         }
         function onComparisonStarted() {
             if (root.isStacked)

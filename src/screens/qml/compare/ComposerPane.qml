@@ -35,19 +35,18 @@ Item {
 
         y: scroll.height
         width: root.width
-        height: footerSlot.y + root.footer.height + (root.isFull ? 16 : root.padding)
+        height: footerSlot.y + root.footer.height + root.padding
 
         Hairline {
             visible: root.isFull
-            x: root.padding
-            width: footerSlot.width
+            width: root.width
         }
 
         Item {
             id: footerSlot
 
             x: root.padding
-            y: root.isFull ? 16 : 0
+            y: root.isFull ? 17 : 0
             width: root.width - 2 * root.padding
             height: root.footer.height
         }

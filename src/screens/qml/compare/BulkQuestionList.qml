@@ -1,0 +1,69 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quorl
+
+// The questions of a bulk list. The rows that cannot be seen at first are filled when the program has nothing else to do.
+Column {
+    id: root
+
+    required property BulkQuestionListModel questions
+
+    signal pasteRequested
+
+    function focusQuestion(place: int) {
+        const slot = rows.itemAt(Math.min(place, rows.count - 1)) as BulkRowSlot;
+        if (slot)
+            slot.focusField();
+        else
+            add.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    BulkListHeader {
+        width: root.width
+        count: root.questions.count
+        onPasteRequested: root.pasteRequested()
+    }
+
+    Repeater {
+        id: rows
+
+        model: root.questions
+        delegate: BulkRowSlot {
+            width: root.width
+            questions: root.questions
+            menu: menu
+        }
+    }
+
+    Item {
+        width: root.width
+        height: add.y + add.height
+
+        TextButton {
+            id: add
+
+            x: -5
+            y: 6
+            text: qsTr("Add question")
+            leadingSymbol: Symbols.plus
+            enabled: root.questions.canAdd
+            onClicked: root.questions.add()
+        }
+    }
+
+    BulkMenu {
+        id: menu
+
+        questions: root.questions
+        onRemoved: place => root.focusQuestion(place)
+    }
+
+    Connections {
+        target: root.questions
+
+        function onCaretRequested(row: int) {
+            root.focusQuestion(row);
+        }
+    }
+}

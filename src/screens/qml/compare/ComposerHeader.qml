@@ -1,0 +1,41 @@
+import QtQuick
+import Quorl
+
+// The mode at the left, the options of the comparison at the right.
+Item {
+    id: root
+
+    required property DraftScreen screen
+
+    height: Theme.controlHeight
+
+    ModeMenu {
+        x: -leftPadding
+        width: Math.min(implicitWidth, root.width - options.width + leftPadding)
+        screen: root.screen
+    }
+
+    IconButton {
+        id: options
+
+        anchors { right: root.right; rightMargin: -6 } // the symbol, not its room, stands at the edge
+        symbol: Symbols.sliderHorizontal3
+        helpText: qsTr("Comparison options")
+        isActive: popover.active
+        onClicked: popover.active = true
+    }
+
+    Loader {
+        id: popover
+
+        active: false
+        // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+        // qmllint disable unqualified
+        sourceComponent: ComparisonOptions {
+            anchorItem: options
+            screen: root.screen
+            onClosed: popover.active = false
+            Component.onCompleted: open()
+        }
+    }
+}

@@ -1,0 +1,35 @@
+import QtQuick
+import Quorl
+
+// The kind of comparison, and the ways to another.
+MenuButton {
+    id: root
+
+    required property DraftScreen screen
+
+    text: root.screen.modeLabel
+    look: MenuButton.Look.Title
+    chevron: true
+    helpText: qsTr("Switch between single questions, bulk questions, or language models")
+
+    menu: Menu {
+        minimumWidth: 208
+
+        MenuEntry {
+            text: qsTr("Single question")
+            onTriggered: root.screen.askSingleQuestion()
+        }
+        MenuEntry {
+            text: qsTr("Bulk questions")
+            onTriggered: root.screen.askBulkQuestions()
+        }
+        MenuEntry {
+            text: qsTr("Decision models")
+            onTriggered: root.screen.askDecisionModels()
+        }
+        MenuEntry {
+            text: qsTr("Ask language models")
+            onTriggered: root.screen.askLanguageModels()
+        }
+    }
+}

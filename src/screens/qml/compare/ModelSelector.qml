@@ -1,0 +1,36 @@
+import QtQuick
+import Quorl
+
+// Names the models that would be asked, and opens the choice of them.
+SecondaryButton {
+    id: root
+
+    required property DraftScreen screen
+
+    function openPopover() {
+        popover.active = true;
+    }
+
+    isLarge: true
+    isSpread: true
+    isActive: popover.active
+    text: root.screen.modelsLabel
+    symbol: Symbols.chevronDown
+    symbolAtEnd: true
+    helpText: qsTr("Select the models to compare")
+    onClicked: root.openPopover()
+
+    Loader {
+        id: popover
+
+        active: false
+        // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+        // qmllint disable unqualified
+        sourceComponent: ModelsPopover {
+            anchorItem: root
+            screen: root.screen
+            onClosed: popover.active = false
+            Component.onCompleted: open()
+        }
+    }
+}
