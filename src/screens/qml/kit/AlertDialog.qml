@@ -23,7 +23,10 @@ ModalPopup {
         if (visible)
             root.panel.focusButton();
     }
-    Component.onCompleted: root.panel.focusButton()
+    Component.onCompleted: {
+        if (root.visible)
+            root.panel.focusButton();
+    }
 
     contentItem: AlertBody {
         title: root.title

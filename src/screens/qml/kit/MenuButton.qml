@@ -20,7 +20,8 @@ PlainButton {
     readonly property bool isOpen: root.menu !== null && root.menu.visible && root.menu.parent === root
     readonly property bool isNavigation: root.look === MenuButton.Look.Navigation && !root.iconOnly
     readonly property bool isBare: root.iconOnly || root.look !== MenuButton.Look.Secondary
-    readonly property int padding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
+    readonly property int leftPadding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
+    readonly property int rightPadding: root.leftPadding // to be pulled out by
 
     function toggleMenu() {
         if (root.isOpen) {
@@ -34,7 +35,7 @@ PlainButton {
         root.menu.currentIndex = first;
     }
 
-    implicitWidth: root.iconOnly ? root.size : label.implicitWidth + 2 * root.padding
+    implicitWidth: root.iconOnly ? root.size : label.implicitWidth + root.leftPadding + root.rightPadding
     implicitHeight: root.iconOnly ? root.size : root.isNavigation ? Theme.primaryHeight : Theme.controlHeight
     onClicked: root.toggleMenu()
     Keys.onDownPressed: root.toggleMenu()
@@ -61,8 +62,8 @@ PlainButton {
     ButtonLabel {
         id: label
 
-        x: root.padding
-        width: root.width - 2 * x
+        x: root.leftPadding
+        width: root.width - x - root.rightPadding
         height: root.height
         text: root.iconOnly ? "" : root.text
         color: root.color
