@@ -22,9 +22,9 @@ Rectangle {
         id: blinking
 
         // The linter knows the hints as a bare object.
-        // qmllint disable missing-property
+        // qmllint disable type
         interval: Qt.styleHints.cursorFlashTime / 2
-        // qmllint enable missing-property
+        // qmllint enable type
         running: root.isShown && interval > 0
         repeat: true
         onTriggered: root.isLit = !root.isLit
