@@ -31,13 +31,9 @@ BaseButton {
         symbolScale: root.symbolScale
     }
 
-    background: Rectangle {
-        radius: Theme.controlRadius
-        color: root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            around: Theme.controlRadius
-            visible: root.visualFocus
-        }
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
     }
 }

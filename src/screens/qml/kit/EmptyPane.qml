@@ -26,7 +26,7 @@ Card {
 
         Item {
             width: 1
-            height: root.symbol !== "" ? 12 : 0
+            height: root.symbol !== "" ? 16 : 0
         }
 
         Words {

@@ -19,32 +19,33 @@ QtObject {
         return list ? list.keeper : root.origin(item.parent);
     }
 
-    function showsRing(item: Item): bool {
-        const control = item as T.Control;
-        const button = item as PlainButton;
-        return control ? control.visualFocus : button !== null && button.visualFocus;
-    }
-
     function keep(neighbour: Item) {
         const current = neighbour.Window.activeFocusItem;
         const earlier = root.origin(current);
+        const control = current as T.Control;
         root.item = earlier ? earlier.item : current;
-        root.hadRing = earlier ? earlier.hadRing : root.showsRing(current);
+        root.hadRing = earlier ? earlier.hadRing : control !== null && control.visualFocus;
     }
 
     function isInside(panel: Item, item: Item): bool {
         return item !== null && (item === panel || root.isInside(panel, item.parent));
     }
 
+    /// The first control inside, if there is one.
+    function enter(panel: Item) {
+        const first = panel.nextItemInFocusChain(true);
+        if (root.isInside(panel, first))
+            first.forceActiveFocus(root.reason);
+    }
+
+    function isFree(panel: Item, current: Item): bool {
+        return current === null || current.parent === null || root.isInside(panel, current);
+    }
+
     /// Unless somebody else has taken the keyboard since. A panel that goes has let go of it already, to the
     /// window's own item, which alone has no parent.
     function giveBack(panel: Item) {
-        const current = root.item ? root.item.Window.activeFocusItem : null;
-        const isFree = current === null || current.parent === null || root.isInside(panel, current);
-        const button = root.item as PlainButton;
-        if (button)
-            button.isFocusQuiet = !root.hadRing;
-        if (root.item && root.item.visible && isFree)
+        if (root.item && root.item.visible && root.isFree(panel, root.item.Window.activeFocusItem))
             root.item.forceActiveFocus(root.reason);
         root.item = null;
     }

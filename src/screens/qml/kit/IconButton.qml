@@ -24,13 +24,11 @@ BaseButton {
         }
     }
 
-    background: Rectangle {
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
+        isOn: root.isActive
         radius: root.size < Theme.controlHeight ? Theme.smallRadius : Theme.controlRadius
-        color: root.isActive ? Theme.select : root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            around: parent.radius
-            visible: root.visualFocus
-        }
     }
 }

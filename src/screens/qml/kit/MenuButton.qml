@@ -12,12 +12,11 @@ PlainButton {
     property bool iconOnly
     property int size: Theme.controlHeight // when it is a symbol only
     property int look: MenuButton.Look.Secondary
-    property color fill: "transparent"
+    property color fill: Qt.alpha(Theme.raised, 0)
     property color color: root.look === MenuButton.Look.Text ? Theme.accent : Theme.text
     property bool alignRight
     property Menu menu
 
-    readonly property bool isOpen: root.menu !== null && root.menu.visible && root.menu.parent === root
     readonly property bool isNavigation: root.look === MenuButton.Look.Navigation && !root.iconOnly
     readonly property bool isBare: root.iconOnly || root.look !== MenuButton.Look.Secondary
     readonly property int leftPadding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
@@ -37,26 +36,25 @@ PlainButton {
 
     implicitWidth: root.iconOnly ? root.size : label.implicitWidth + root.leftPadding + root.rightPadding
     implicitHeight: root.iconOnly ? root.size : root.isNavigation ? Theme.primaryHeight : Theme.controlHeight
+    isOpen: root.menu !== null && root.menu.visible && root.menu.parent === root
     onClicked: root.toggleMenu()
     Keys.onDownPressed: root.toggleMenu()
 
     Accessible.role: Accessible.ButtonMenu
     Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
 
-    Rectangle {
-        readonly property color bare: root.iconOnly && root.isOpen ? Theme.select
-            : root.down || root.isOpen ? Theme.press : root.hovered ? Theme.hover : "transparent"
-
+    ButtonFace {
         anchors.fill: parent
+        isHovered: root.hovered
+        isDown: root.down || (root.isOpen && !root.iconOnly)
+        hasRing: root.visualFocus && !root.isOpen
+        isOn: root.iconOnly && root.isOpen
+        rest: root.fill
+        lit: root.isBare ? Theme.hover : Theme.raised
+        pressed: root.isBare ? Theme.press : Theme.raised
         radius: root.implicitHeight < Theme.controlHeight ? Theme.smallRadius : Theme.controlRadius
-        color: root.isBare ? bare : root.isOpen || root.down || root.hovered ? Theme.raised : root.fill
         border.width: root.isBare ? 0 : 1
         border.color: root.isOpen ? "transparent" : root.down ? Theme.muted : Theme.pencil
-
-        FocusRing {
-            around: parent.radius
-            visible: root.visualFocus && !root.isOpen
-        }
     }
 
     ButtonLabel {

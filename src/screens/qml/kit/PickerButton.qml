@@ -7,7 +7,6 @@ PlainButton {
 
     required property string placeholder
     required property bool inForm
-    required property bool isOpen
 
     readonly property bool isEmpty: root.text === ""
 
@@ -29,17 +28,16 @@ PlainButton {
         isHovered: root.hovered
     }
 
-    Rectangle {
+    ButtonFace {
         anchors.fill: parent
         visible: !root.inForm
-        radius: Theme.controlRadius
-        color: root.isOpen || root.down || root.hovered ? Theme.raised : "transparent"
+        isHovered: root.hovered
+        isDown: root.down || root.isOpen
+        hasRing: root.visualFocus && !root.isOpen
+        rest: Qt.alpha(Theme.raised, 0)
+        lit: Theme.raised
+        pressed: Theme.raised
         border.color: root.isOpen ? "transparent" : root.down ? Theme.muted : Theme.pencil
-
-        FocusRing {
-            around: Theme.controlRadius
-            visible: root.visualFocus && !root.isOpen
-        }
     }
 
     ButtonLabel {

@@ -8,7 +8,8 @@ Item {
     property string text
     property string helpText
     property string accessibleName
-    property bool isFocusQuiet // the keyboard has come without its own doing, so no ring
+    property bool isFocusQuiet // the keyboard has come by a click, so no ring
+    property bool isOpen // what it opens has the keyboard meanwhile, and will give it back
 
     readonly property bool hovered: pointer.containsMouse
     readonly property bool down: pointer.pressed || root.isHeld
@@ -26,7 +27,7 @@ Item {
     activeFocusOnTab: true
     opacity: enabled ? 1 : Theme.disabledOpacity
     onActiveFocusChanged: {
-        if (!root.activeFocus && root.Window.active)
+        if (!root.activeFocus && !root.isOpen && root.Window.active)
             root.isFocusQuiet = false;
         root.isHeld = false;
     }

@@ -46,7 +46,7 @@ T.Popup {
     onAboutToShow: root.prepare()
     onVisibleChanged: {
         if (visible && root.takesKeys)
-            column.nextItemInFocusChain(true).forceActiveFocus(root.keeper.reason);
+            root.keeper.enter(column);
     }
     onAboutToHide: root.keeper.giveBack(root.contentItem)
 

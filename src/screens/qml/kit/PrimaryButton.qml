@@ -18,16 +18,12 @@ BaseButton {
         trailingSymbol: root.symbol
     }
 
-    background: Rectangle {
-        readonly property bool isLit: root.enabled && (root.down || root.hovered)
-
-        radius: Theme.controlRadius
-        color: root.isDestructive ? (isLit ? Qt.tint(Theme.danger, Qt.alpha(Theme.text, 0.16)) : Theme.danger)
-                                  : isLit ? Theme.accentHover : Theme.accent
-
-        FocusRing {
-            around: Theme.controlRadius
-            visible: root.visualFocus
-        }
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
+        rest: root.isDestructive ? Theme.danger : Theme.accent
+        lit: root.isDestructive ? Qt.tint(Theme.danger, Qt.alpha(Theme.text, 0.16)) : Theme.accentHover
+        pressed: lit
     }
 }

@@ -7,7 +7,7 @@ BaseButton {
 
     property string symbol
     property bool symbolAtEnd
-    property color fill: "transparent"
+    property color fill: Qt.alpha(root.isDestructive ? Theme.danger : Theme.raised, 0)
     property bool isDestructive
     property bool isActive
     property bool isSpread
@@ -27,16 +27,13 @@ BaseButton {
         isSpread: root.isSpread
     }
 
-    background: Rectangle {
-        readonly property color litFill: !root.isDestructive ? Theme.raised : Qt.alpha(Theme.danger, root.down ? 0.14 : 0.08)
-
-        radius: Theme.controlRadius
-        color: root.isActive ? Theme.raised : root.down || root.hovered ? litFill : root.fill
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
+        rest: root.isActive ? Theme.raised : root.fill
+        lit: root.isDestructive ? Qt.alpha(Theme.danger, 0.08) : Theme.raised
+        pressed: root.isDestructive ? Qt.alpha(Theme.danger, 0.14) : Theme.raised
         border.color: root.isActive ? "transparent" : root.down && !root.isDestructive ? Theme.muted : Theme.pencil
-
-        FocusRing {
-            around: Theme.controlRadius
-            visible: root.visualFocus
-        }
     }
 }

@@ -14,7 +14,7 @@ ModalPopup {
     spacing: 16
     onVisibleChanged: {
         if (visible)
-            body.focusFirst(root.keeper.reason);
+            root.keeper.enter(body);
     }
 
     // The alias to what is inside needs it at once anyway.

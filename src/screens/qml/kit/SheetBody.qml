@@ -15,10 +15,6 @@ FocusScope {
 
     signal escaped
 
-    function focusFirst(reason: int) {
-        column.nextItemInFocusChain(true).forceActiveFocus(reason);
-    }
-
     implicitHeight: 24 + head.height + 20 + column.height + root.footerHeight + 24
     focus: true
     Keys.onEscapePressed: root.escaped()

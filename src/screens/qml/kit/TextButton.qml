@@ -19,13 +19,9 @@ BaseButton {
         trailingSymbol: root.trailingSymbol
     }
 
-    background: Rectangle {
-        radius: Theme.controlRadius
-        color: root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            around: Theme.controlRadius
-            visible: root.visualFocus
-        }
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
     }
 }

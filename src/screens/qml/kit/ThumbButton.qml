@@ -45,13 +45,10 @@ T.CheckBox {
         }
     }
 
-    background: Rectangle {
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
         radius: root.size < Theme.controlHeight ? Theme.smallRadius : Theme.controlRadius
-        color: root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            around: parent.radius
-            visible: root.visualFocus
-        }
     }
 }

@@ -21,13 +21,10 @@ TabButton {
         }
     }
 
-    background: Rectangle {
-        radius: Theme.controlRadius
-        color: root.selected ? Theme.select : root.down ? Theme.press : root.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            around: Theme.controlRadius
-            visible: root.visualFocus
-        }
+    background: ButtonFace {
+        isHovered: root.hovered
+        isDown: root.down
+        hasRing: root.visualFocus
+        isOn: root.selected
     }
 }
