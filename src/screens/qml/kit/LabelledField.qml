@@ -13,7 +13,7 @@ FocusScope {
     property int minimumLines: 1
     property font font: Theme.body
 
-    readonly property int fieldTop: root.label !== "" ? Theme.labelLine + 2 : 0
+    readonly property int fieldTop: root.label !== "" ? Theme.labelLine + (root.isMultiline ? 3 : 0) : 0
 
     signal edited(string text)
 

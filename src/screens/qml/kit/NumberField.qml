@@ -42,7 +42,7 @@ FocusScope {
     LineField {
         id: field
 
-        y: root.label !== "" ? Theme.labelLine + 2 : 0
+        y: root.label !== "" ? Theme.labelLine : 0
         width: root.width
         focus: true
         placeholderText: root.placeholderText

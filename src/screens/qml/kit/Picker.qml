@@ -31,7 +31,7 @@ FocusScope {
     PickerButton {
         id: button
 
-        y: root.hasLabel ? Theme.labelLine + 2 : 0
+        y: root.hasLabel ? Theme.labelLine : 0
         width: root.width
         focus: true
         text: root.currentText
