@@ -1,0 +1,133 @@
+import QtQuick
+import Quorl
+
+// The answers of the comparison on show. Beside the composer head and foot stand still and the cards scroll; below it, all scrolls.
+Item {
+    id: root
+
+    required property AnswersReview review
+    required property int padding
+    required property bool isStacked
+    required property Item fields
+    required property Item footer
+    property bool takesKeys: true // nothing lies over the screen
+
+    readonly property alias fieldsSlot: fieldsSlot
+    readonly property alias footerSlot: footerSlot
+    readonly property real innerWidth: root.width - 2 * root.padding
+    readonly property real headPlace: content.y + stackedHead.y // when stacked
+
+    function scrollToHead() {
+        scroll.scrollTo(root.headPlace);
+    }
+
+    Item {
+        id: fixedHead
+
+        x: root.padding
+        y: 28
+        width: root.innerWidth
+        height: root.isStacked ? 0 : head.height
+    }
+
+    ScrollPane {
+        id: scroll
+
+        y: root.isStacked ? 0 : fixedHead.y + fixedHead.height + 16 - content.y
+        width: root.width
+        height: (root.isStacked || !root.review.hasRun ? root.height : fixedFoot.y) - y
+        // Below the composer there is room enough for the head to go to the top, however little stands under it.
+        contentHeight: Math.max(content.y + content.height + (root.isStacked ? root.padding : 16),
+                                root.isStacked && root.review.hasRun ? root.headPlace + height : 0)
+
+        Column {
+            id: content
+
+            x: root.padding
+            y: root.isStacked ? 20 : root.review.isStepping ? 16 : 4
+            width: root.innerWidth
+
+            Item {
+                id: fieldsSlot
+
+                visible: root.isStacked
+                width: content.width
+                height: root.fields.height + Theme.betweenFields
+            }
+            Item {
+                id: footerSlot
+
+                visible: root.isStacked
+                width: content.width
+                height: root.footer.height + Theme.betweenFields
+            }
+            Hairline {
+                visible: root.isStacked
+                x: -root.padding
+                width: root.width
+            }
+            Item {
+                id: stackedHead
+
+                visible: root.isStacked
+                width: content.width
+                height: head.height + 32
+            }
+            AnswersBody {
+                id: body
+
+                width: content.width
+                review: root.review
+                tools: tools
+                pane: scroll
+            }
+            Item {
+                id: stackedFoot
+
+                visible: root.isStacked && root.review.hasRun
+                width: content.width
+                height: foot.height + 20
+            }
+        }
+    }
+
+    Item {
+        id: fixedFoot
+
+        x: root.padding
+        y: root.height - foot.height - 32
+        width: root.innerWidth
+    }
+
+    ReviewHead {
+        id: head
+
+        parent: root.isStacked ? stackedHead : fixedHead
+        y: root.isStacked ? 16 : 0
+        width: parent.width
+        review: root.review
+    }
+
+    ReviewFoot {
+        id: foot
+
+        parent: root.isStacked ? stackedFoot : fixedFoot
+        y: root.isStacked ? 20 : 0
+        width: parent.width
+        visible: root.review.hasRun
+        review: root.review
+    }
+
+    AnswerTools {
+        id: tools
+
+        cards: root.review.cards
+    }
+
+    AnswerKeys {
+        isOn: root.visible && root.takesKeys && root.review.hasRun
+        cards: body.cards
+        onNextRequested: root.review.next()
+        onPreviousRequested: root.review.stepBack()
+    }
+}

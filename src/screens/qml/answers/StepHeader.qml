@@ -1,0 +1,74 @@
+import QtQuick
+import Quorl
+
+// Which question of a batch is on show, and the way to the others.
+Item {
+    id: root
+
+    required property AnswersReview review
+
+    height: end.y + end.height
+
+    Hairline {
+        width: root.width
+    }
+
+    Words {
+        anchors { left: root.left; right: jump.left; rightMargin: 8; verticalCenter: row.verticalCenter }
+        text: root.review.stepLabel
+        font: Theme.button
+        color: Theme.text
+        elide: Text.ElideRight
+    }
+
+    MenuButton {
+        id: jump
+
+        anchors { right: row.left; rightMargin: 4; verticalCenter: row.verticalCenter }
+        text: qsTr("Jump to question")
+        look: MenuButton.Look.Text
+        color: Theme.quiet
+        chevron: true
+        alignRight: true
+        menu: JumpMenu {
+            review: root.review
+        }
+    }
+
+    Row {
+        id: row
+
+        x: root.width - width + 8 // so that the arrow is aligned
+        y: 6
+        spacing: 4
+
+        IconButton {
+            symbol: Symbols.chevronLeft
+            helpText: qsTr("Previous question")
+            enabled: root.review.canStepBack
+            onClicked: root.review.stepBack()
+        }
+        IconButton {
+            symbol: Symbols.chevronRight
+            helpText: qsTr("Next question")
+            enabled: root.review.canStepOn
+            onClicked: root.review.stepOn()
+        }
+    }
+
+    LongText {
+        id: question
+
+        y: row.y + row.height + 2
+        width: root.width
+        height: Math.min(fullHeight, 5 * Theme.bodyLine)
+        text: root.review.question
+    }
+
+    Hairline {
+        id: end
+
+        y: question.y + question.height + 9
+        width: root.width
+    }
+}
