@@ -235,6 +235,15 @@ TEST_F(MarkingTest, AnAnswerIsSavedOnceAndTheSecondReplyIsTheFirst) {
     EXPECT_FALSE(model().feedback->has_value()); // what a program does is not announced
 }
 
+TEST_F(MarkingTest, AnExampleThatIsThereKeepsItsCorrection) {
+    model().saveToDataset(answers[0].id, "Corrected.", true, std::nullopt);
+
+    EXPECT_EQ(saveAnswer().status, 200);
+
+    EXPECT_EQ(model().library.dataset()[0].completion, "Corrected.");
+    EXPECT_EQ(model().library.dataset()[0].accepted, true);
+}
+
 TEST_F(MarkingTest, ASavedExampleHasTheVerdictOfItsAnswer) {
     expectMarked(R"({"accepted":false,"rating":3})");
 
