@@ -1,7 +1,11 @@
 #include "api/LocalAPIServer.h"
 #include "app/AppModel.h"
 #include "app/Workers.h"
+#include "platform/linux/DesktopMotion.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/QSettingsWindowState.h"
+#include "platform/linux/QtClipboard.h"
+#include "platform/linux/SaveDialog.h"
 #include "screens/Graphics.h"
 #include "screens/MainWindow.h"
 #include "screens/RootScreen.h"
@@ -52,14 +56,23 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QStringLiteral("com.quorltest.app"));
 
     quorl::LinuxPlatform desktop;
+    quorl::QtClipboard clipboard;
+    quorl::DesktopMotion motion(desktop.services.mainThread, desktop.directories.config);
+    quorl::QSettingsWindowState windowState(quorl::windowStateFile(desktop.directories));
     quorl::HTTPSession session;
     const quorl::DecisionRouter router(session);
     quorl::Workers workers;
     quorl::LocalAPIServer api;
     quorl::AppModel model(desktop.services, router, workers);
     model.startAPI(api);
-    quorl::RootScreen screens(model, {.defaults = desktop.services.defaults});
-    const quorl::MainWindow window(screens);
+    quorl::RootScreen screens(model, {.clock = desktop.services.clock,
+                                      .defaults = desktop.services.defaults,
+                                      .clipboard = clipboard,
+                                      .motion = motion,
+                                      .windowState = windowState});
+    quorl::MainWindow window(screens);
+    quorl::SaveDialog saveDialog(window.window(), desktop.services.defaults);
+    screens.setFileSaver(saveDialog);
 
     const int status = QGuiApplication::exec();
 

@@ -5,7 +5,10 @@
 
 #include "app/AppModel.h"
 #include "app/Workers.h"
+#include "platform/linux/DesktopMotion.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/QSettingsWindowState.h"
+#include "platform/linux/QtClipboard.h"
 #include "screens/Graphics.h"
 #include "screens/MainWindow.h"
 #include "screens/RootScreen.h"
@@ -59,11 +62,18 @@ int showQML(const char* source, std::int64_t startedAt) {
 
 int showProgram(std::int64_t startedAt) {
     quorl::LinuxPlatform desktop;
+    quorl::QtClipboard clipboard;
+    quorl::DesktopMotion motion(desktop.services.mainThread, desktop.directories.config);
+    quorl::QSettingsWindowState windowState(quorl::windowStateFile(desktop.directories));
     quorl::HTTPSession session;
     const quorl::DecisionRouter router(session);
     quorl::Workers workers;
     quorl::AppModel model(desktop.services, router, workers);
-    quorl::RootScreen screens(model, {.defaults = desktop.services.defaults});
+    quorl::RootScreen screens(model, {.clock = desktop.services.clock,
+                                      .defaults = desktop.services.defaults,
+                                      .clipboard = clipboard,
+                                      .motion = motion,
+                                      .windowState = windowState});
     quorl::MainWindow window(screens);
     reportFirstFrame(window.window(), startedAt);
     return QGuiApplication::exec();

@@ -34,16 +34,32 @@ AlertModel::AlertModel(AppModel& appModel, ModelAdapter& adapter) : model(appMod
     refresh();
 }
 
-AlertModel::Alert AlertModel::current() const {
-    if (const auto& deletion = *model.pendingDelete)
-        return {Kind::Deletion, titleOf(deletion->kind), QString()};
-    if (const auto& message = *model.alertMessage)
-        return {Kind::General, tr("Something needs attention"), toQString(*message)};
-    return {};
+void AlertModel::confirmDelete() {
+    model.confirmDelete();
+    refresh();
+}
+
+void AlertModel::cancelDelete() {
+    model.pendingDelete = std::nullopt;
+    refresh();
+}
+
+void AlertModel::dismiss() {
+    model.alertMessage = std::nullopt;
+    refresh();
 }
 
 void AlertModel::refresh() {
-    Alert next = current();
+    Alert next = shown;
+    next.kind = Kind::None;
+    if (const auto& message = *model.alertMessage) {
+        next.kind = Kind::General;
+        next.message = toQString(*message);
+    }
+    if (const auto& deletion = *model.pendingDelete) {
+        next.kind = Kind::Deletion;
+        next.deletionTitle = titleOf(deletion->kind);
+    }
     if (next == shown)
         return;
     shown = std::move(next);

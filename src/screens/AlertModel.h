@@ -16,8 +16,9 @@ class AlertModel : public QObject {
     QML_UNCREATABLE("Made by RootScreen")
     Q_PROPERTY(Kind kind READ kind NOTIFY changed)
     Q_PROPERTY(bool isShown READ isShown NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed) // empty for a deletion
+    // Each is kept while its alert goes.
+    Q_PROPERTY(QString deletionTitle READ deletionTitle NOTIFY changed)
+    Q_PROPERTY(QString message READ message NOTIFY changed)
 
 public:
     /// Both are borrowed and must outlive the alert.
@@ -28,12 +29,13 @@ public:
 
     [[nodiscard]] Kind kind() const { return shown.kind; }
     [[nodiscard]] bool isShown() const { return shown.kind != Kind::None; }
-    [[nodiscard]] QString title() const { return shown.title; }
+    [[nodiscard]] QString deletionTitle() const { return shown.deletionTitle; }
     [[nodiscard]] QString message() const { return shown.message; }
 
-    Q_INVOKABLE void confirmDelete() { model.confirmDelete(); }
-    Q_INVOKABLE void cancelDelete() { model.pendingDelete = std::nullopt; }
-    Q_INVOKABLE void dismiss() { model.alertMessage = std::nullopt; }
+    // At once, so that what is set next in the same turn shows as a new alert.
+    Q_INVOKABLE void confirmDelete();
+    Q_INVOKABLE void cancelDelete();
+    Q_INVOKABLE void dismiss();
 
 Q_SIGNALS:
     void changed();
@@ -41,13 +43,12 @@ Q_SIGNALS:
 private:
     struct Alert {
         Kind kind = Kind::None;
-        QString title;
+        QString deletionTitle;
         QString message;
 
         bool operator==(const Alert&) const = default;
     };
 
-    [[nodiscard]] Alert current() const;
     void refresh();
 
     AppModel& model;

@@ -15,7 +15,7 @@ FeedbackModel::FeedbackModel(AppModel& appModel, ModelAdapter& adapter, Announce
 }
 
 QString FeedbackModel::feedbackID() const {
-    return toQString(latest.id.text());
+    return shown ? toQString(latest.id.text()) : QString();
 }
 
 QString FeedbackModel::title() const {

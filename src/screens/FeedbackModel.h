@@ -16,7 +16,8 @@ class FeedbackModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made by RootScreen")
     Q_PROPERTY(bool isShown READ isShown NOTIFY changed)
-    Q_PROPERTY(QString feedbackID READ feedbackID NOTIFY changed) // another for each announcement
+    // Another for each announcement, and empty while none is shown.
+    Q_PROPERTY(QString feedbackID READ feedbackID NOTIFY changed)
     Q_PROPERTY(QString title READ title NOTIFY changed)
     Q_PROPERTY(QString detail READ detail NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed) // its name

@@ -53,16 +53,20 @@ Screen plainScreen(RootScreen::Destination destination) {
 } // namespace
 
 RootScreen::RootScreen(AppModel& appModel, ScreenServices desktop)
-    : model(appModel), services(desktop), adapter(model), motionSetting(services.defaults),
+    : model(appModel), services(desktop), adapter(model), movement(services.defaults),
       draftScreen(model, adapter), alertModel(model, adapter), feedbackModel(model, adapter, speaker) {
     connect(&adapter, &ModelAdapter::changed, this, [this](const ModelChanges& changes) {
         if (changes.hasAny({AppField::destination, AppField::runs}))
             refresh();
     });
+    movement.setReducedBySystem(services.motion.isReduced());
+    services.motion.onChange([this](bool isReduced) { movement.setReducedBySystem(isReduced); });
     refresh();
 }
 
-RootScreen::~RootScreen() = default;
+RootScreen::~RootScreen() {
+    services.motion.onChange([](bool) {});
+}
 
 void RootScreen::goTo(Destination next) {
     model.destination = plainScreen(next);

@@ -54,7 +54,8 @@ public:
     [[nodiscard]] AlertModel* alert() { return &alertModel; }
     [[nodiscard]] FeedbackModel* feedback() { return &feedbackModel; }
     [[nodiscard]] Announcer* announcer() { return &speaker; }
-    [[nodiscard]] Motion& motion() { return motionSetting; }
+    [[nodiscard]] Motion& motion() { return movement; }
+    [[nodiscard]] WindowState& windowState() { return services.windowState; }
 
     /// Any destination but a run. No more than that: a comparison on show stays open.
     Q_INVOKABLE void goTo(quorl::RootScreen::Destination next);
@@ -80,7 +81,7 @@ private:
     AppModel& model;
     ScreenServices services;
     ModelAdapter adapter;
-    Motion motionSetting;
+    Motion movement;
     Announcer speaker;
     DraftScreen draftScreen;
     AlertModel alertModel;

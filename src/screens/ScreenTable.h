@@ -15,7 +15,11 @@ class ModelAdapter;
 // The desktop's services that screens use beside the model. Borrowed: whoever composes the program keeps them
 // alive.
 struct ScreenServices {
+    Clock& clock;
     UserDefaults& defaults;
+    Clipboard& clipboard;
+    MotionSetting& motion;
+    WindowState& windowState;
     FileSaver* fileSaver = nullptr; // belongs to the window, and is there once the window is
 };
 

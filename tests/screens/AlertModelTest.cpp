@@ -36,7 +36,7 @@ TEST(AlertModel, ASecondMessageReplacesTheFirst) {
 TEST(AlertModel, TheMessageThatAFailedStartLeftIsShown) {
     ScreenHarness harness;
     harness.start().alertMessage = "At the start";
-    RootScreen root(harness.model(), {.defaults = harness.defaults});
+    RootScreen root(harness.model(), harness.services());
 
     EXPECT_TRUE(root.alert()->isShown());
 }
@@ -51,17 +51,32 @@ TEST(AlertModel, AnEmptyMessageIsAnAlertToo) {
     EXPECT_EQ(alert.kind(), AlertModel::Kind::General);
 }
 
-TEST(AlertModel, TheMessageHasItsTitle) {
+TEST(AlertModel, TheWordsStayWhileTheAlertGoes) {
     ScreenHarness harness;
     AlertModel& alert = *harness.show().alert();
     EXPECT_EQ(alert.kind(), AlertModel::Kind::None);
-    EXPECT_EQ(alert.title(), QString());
-
     harness.model().alertMessage = "disk I/O error";
     ScreenHarness::endTurn();
 
-    EXPECT_EQ(alert.kind(), AlertModel::Kind::General);
-    EXPECT_EQ(alert.title(), QStringLiteral("Something needs attention"));
+    alert.dismiss();
+
+    EXPECT_EQ(alert.kind(), AlertModel::Kind::None);
+    EXPECT_EQ(alert.message(), QStringLiteral("disk I/O error"));
+}
+
+TEST(AlertModel, TheSameMessageOnceMoreInTheSameTurnIsANewAlert) {
+    ScreenHarness harness;
+    AlertModel& alert = *harness.show().alert();
+    harness.model().alertMessage = "disk I/O error";
+    ScreenHarness::endTurn();
+    const QSignalSpy changes(&alert, &AlertModel::changed);
+
+    alert.dismiss();
+    harness.model().alertMessage = "disk I/O error";
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_TRUE(alert.isShown());
 }
 
 TEST(AlertModel, ADeletionAsksByWhatWouldGo) {
@@ -79,8 +94,7 @@ TEST(AlertModel, ADeletionAsksByWhatWouldGo) {
         ScreenHarness::endTurn();
 
         EXPECT_EQ(alert.kind(), AlertModel::Kind::Deletion);
-        EXPECT_EQ(alert.title(), QString::fromUtf8(title));
-        EXPECT_EQ(alert.message(), QString());
+        EXPECT_EQ(alert.deletionTitle(), QString::fromUtf8(title));
     }
 }
 

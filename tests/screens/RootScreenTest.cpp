@@ -39,7 +39,7 @@ TEST_F(RootScreenTest, StartsOnCompare) {
 
 TEST_F(RootScreenTest, StartsWhereTheModelStands) {
     harness.start().destination = Screen::dataset;
-    const RootScreen root(harness.model(), {.defaults = harness.defaults});
+    const RootScreen root(harness.model(), harness.services());
 
     EXPECT_EQ(root.destination(), Place::Dataset);
     EXPECT_NE(root.screenFile(), QString::fromLatin1(compareFile));
@@ -178,6 +178,15 @@ TEST_F(RootScreenTest, AChangeThatLeadsNowhereIsNotTold) {
 
     EXPECT_EQ(destinations.count(), 0);
     EXPECT_EQ(screens.count(), 0);
+}
+
+TEST_F(RootScreenTest, TheDesktopsWishForLessMotionIsFollowed) {
+    harness.motion.set(true);
+    RootScreen& root = harness.show();
+    EXPECT_FALSE(root.motion().isAllowed());
+
+    harness.motion.set(false);
+    EXPECT_TRUE(root.motion().isAllowed());
 }
 
 } // namespace

@@ -14,8 +14,17 @@ public:
     ~ScreenHarness() { rootScreen.reset(); } // ahead of its model
 
     RootScreen& show() {
-        rootScreen = std::make_unique<RootScreen>(start(), ScreenServices{.defaults = defaults});
+        rootScreen = std::make_unique<RootScreen>(start(), services());
         return *rootScreen;
+    }
+
+    /// The desktop that the screens are given.
+    ScreenServices services() {
+        return {.clock = clock,
+                .defaults = defaults,
+                .clipboard = clipboard,
+                .motion = motion,
+                .windowState = windowState};
     }
 
     /// A ready decision model behind the endpoint.
@@ -44,6 +53,10 @@ public:
     }
 
     RootScreen& root() { return *rootScreen; }
+
+    FakeClipboard clipboard;
+    FakeMotionSetting motion;
+    FakeWindowState windowState;
 
 private:
     bool anyRunning() {

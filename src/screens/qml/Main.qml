@@ -6,22 +6,59 @@ Window {
 
     required property RootScreen screens
 
-    width: 1240
-    height: 800
-    minimumWidth: 375
-    minimumHeight: 420
+    readonly property bool isWide: width >= 980
+    property bool isSeen // what cannot be seen yet waits for the first frame
+
     visible: true
     title: qsTr("Quorl")
     color: Theme.bg
+    onFrameSwapped: root.isSeen = true
+
+    // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
+    // qmllint disable unqualified
+    Loader {
+        id: navigation
+
+        width: root.isWide ? implicitWidth : root.width
+        height: root.isWide ? root.height : implicitHeight
+        sourceComponent: root.isWide ? rail : toolbar
+
+        Component {
+            id: rail
+
+            SideRail {
+                screens: root.screens
+                tools: toolsMenu.item as Menu
+            }
+        }
+        Component {
+            id: toolbar
+
+            CompactToolbar {
+                screens: root.screens
+                tools: toolsMenu.item as Menu
+            }
+        }
+    }
 
     ScreenStack {
-        anchors.fill: parent
+        x: root.isWide ? navigation.width : 0
+        y: root.isWide ? 0 : navigation.height
+        width: root.width - x
+        height: root.height - y
         focus: true
         screens: root.screens
+    }
 
-        Shortcut {
-            sequences: ["Ctrl+N"]
-            onActivated: root.screens.newComparison()
+    Loader {
+        anchors { right: parent.right; bottom: parent.bottom; margins: 24 }
+        active: root.isSeen
+        sourceComponent: QuorlFeedbackToast {
+            title: root.screens.feedback.title
+            detail: root.screens.feedback.detail
+            symbol: root.screens.feedback.symbol
+            isMilestone: root.screens.feedback.isMilestone
+            feedbackID: root.screens.feedback.feedbackID // behind the words that it shows
         }
     }
 
@@ -30,13 +67,18 @@ Window {
     }
 
     Loader {
-        active: root.screens.alert.isShown
-        // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
-        // qmllint disable unqualified
-        sourceComponent: Alert {
-            title: root.screens.alert.title
-            message: root.screens.alert.message
-            onDismissed: root.screens.alert.dismiss()
+        id: toolsMenu
+
+        active: root.isSeen
+        sourceComponent: ToolsMenu {
+            screens: root.screens
+        }
+    }
+
+    Loader {
+        active: root.isSeen || root.screens.alert.isShown
+        sourceComponent: Alerts {
+            alert: root.screens.alert
         }
     }
 }

@@ -16,6 +16,12 @@ Loader {
 
     Component.onCompleted: root.enter()
 
+    // Inside an item, for then it rests while an alert or a sheet lies over the window.
+    Shortcut {
+        sequences: ["Ctrl+N"]
+        onActivated: root.screens.newComparison()
+    }
+
     Connections {
         target: root.screens
 

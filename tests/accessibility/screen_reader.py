@@ -1,0 +1,199 @@
+"""What a screen reader finds in the program's window, over the bus that screen readers use.
+
+A test of a screen is a file beside this one:
+
+    from screen_reader import ScreenTest, item
+
+    class HistoryTest(ScreenTest):
+        def test_is_found_by_its_words(self):
+            self.press("page tab", "History")
+            self.shows(
+                item("heading", "History"),
+                item("list", "Comparisons",
+                     item("list item", "return_decision", description="Bulk", focusable=True)))
+
+Roles are AT-SPI's names. All that is expected has to stand in the window in that order; what stands between does not matter.
+"""
+
+import contextlib
+import os
+import subprocess
+import sys
+import time
+import unittest
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402  the version comes first
+
+DEADLINE = 30  # seconds; the machine may be busy with other things
+
+
+def item(role, name, *children, description=None, **states):
+    """An object with that role and accessible name; states as AT-SPI names them, such as selected=True."""
+    return Expected(role, name, children, description, states)
+
+
+class Expected:
+    def __init__(self, role, name, children, description, states):
+        self.role = role
+        self.name = name
+        self.children = children
+        self.description = description
+        self.states = states
+
+    def __str__(self):
+        states = "".join(f", {state}={value}" for state, value in self.states.items())
+        return f'{self.role} "{self.name}"{states}'
+
+    def fits(self, found):
+        return (
+            found.get_role_name() == self.role
+            and found.get_name() == self.name
+            and self.description in (None, found.get_description())
+            and all(has_state(found, state) == value for state, value in self.states.items())
+        )
+
+
+def has_state(found, state):
+    return found.get_state_set().contains(getattr(Atspi.StateType, state.upper()))
+
+
+def children_of(found):
+    for place in range(found.get_child_count()):
+        child = found.get_child_at_index(place)
+        if child:  # gone since it was counted
+            yield child
+
+
+def below(found):
+    """All that is shown below, in reading order."""
+    for child in children_of(found):
+        if has_state(child, "showing") or child.get_role_name() in ("filler", "panel", "unknown"):
+            yield child
+        yield from below(child)
+
+
+def find(expected, candidates):
+    """The first candidate that fits, with its children in order below it. The candidates behind it are left."""
+    for found in candidates:
+        if expected.fits(found) and find_all(expected.children, below(found)) is None:
+            return found
+    return None
+
+
+def find_all(expected, candidates):
+    """The first of what is expected that is missing."""
+    for each in expected:
+        if find(each, candidates) is None:
+            return each
+    return None
+
+
+def iterate():
+    while GLib.MainContext.default().iteration(False):
+        pass
+
+
+class ScreenTest(unittest.TestCase):
+    """The program, started anew for each class, without a word in its library."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.program = subprocess.Popen([os.environ["QUORL_PROGRAM"]])
+        cls.addClassCleanup(cls.end)
+        cls.application = cls.wait_for(cls.find_application)
+
+    @classmethod
+    def end(cls):
+        cls.program.terminate()
+        cls.program.wait(DEADLINE)
+
+    @classmethod
+    def find_application(cls):
+        assert cls.program.poll() is None, "the program has ended by itself"
+        for application in children_of(Atspi.get_desktop(0)):
+            if application.get_process_id() == cls.program.pid and application.get_child_count() > 0:
+                return application
+        return None
+
+    @classmethod
+    def wait_for(cls, look, message=lambda: "the deadline is over"):
+        """What `look` gives as soon as it gives something."""
+        end = time.monotonic() + DEADLINE
+        while True:
+            iterate()
+            with contextlib.suppress(GLib.Error):  # an object that goes while one looks at it
+                if found := look():
+                    return found
+            if time.monotonic() > end:
+                raise AssertionError(message())
+            time.sleep(0.05)
+
+    def everything(self):
+        self.application.clear_cache()  # what the library remembers may be over
+        return below(self.application)
+
+    def find(self, role, name):
+        expected = item(role, name)
+        return self.wait_for(
+            lambda: find(expected, self.everything()), lambda: f"no {expected} in\n{self.picture()}"
+        )
+
+    def shows(self, *expected):
+        """Waits until all of it is there, in that order."""
+        missing = None
+
+        def look():
+            nonlocal missing
+            missing = find_all(expected, self.everything())
+            return missing is None
+
+        self.wait_for(look, lambda: f"no {missing}, in its place, in\n{self.picture()}")
+
+    def lacks(self, role, name):
+        """Waits until it is gone."""
+        expected = item(role, name)
+        self.wait_for(lambda: find(expected, self.everything()) is None, lambda: f"{expected} is still there")
+
+    def press(self, role, name):
+        found = self.find(role, name)
+        actions = found.get_action_iface()
+        names = [actions.get_action_name(place) for place in range(actions.get_n_actions())]
+        wanted = next(each for each in ("Press", "Toggle", "ShowMenu") if each in names)
+        actions.do_action(names.index(wanted))
+
+    @contextlib.contextmanager
+    def hears(self, words):
+        """Waits until a notification with these words has come into sight while the block ran or since."""
+        heard = []
+
+        def listen(event):
+            if event.detail1 and event.source.get_role_name() == "notification":
+                heard.append(event.source.get_name())
+
+        listener = Atspi.EventListener.new(listen)
+        listener.register("object:state-changed:showing")
+        yield
+        self.wait_for(lambda: words in heard, lambda: f'heard {heard} and not "{words}"')
+        listener.deregister("object:state-changed:showing")
+
+    def picture(self):
+        """The tree as text."""
+        self.application.clear_cache()
+        lines = []
+
+        def draw(found, depth):
+            lines.append(f'{"  " * depth}{found.get_role_name()} "{found.get_name()}"')
+            for child in children_of(found):
+                draw(child, depth + 1)
+
+        draw(self.application, 0)
+        return "\n".join(lines)
+
+
+def main():
+    """Runs the tests of the file it is called from: FILE PROGRAM"""
+    os.environ["QUORL_PROGRAM"] = sys.argv.pop(1)
+    unittest.main(module="__main__")
