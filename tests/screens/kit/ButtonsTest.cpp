@@ -1,5 +1,7 @@
 #include "screens/kit/KitHarness.h"
 
+#include <array>
+
 namespace quorl::test {
 namespace {
 
@@ -88,8 +90,8 @@ TEST_F(KitButtons, KeepTheirSymbolAndCutTheirWordWhereThereIsNoRoom) {
 
     auto* label = button.property("contentItem").value<QQuickItem*>();
     for (QQuickItem* child : label->childItems()) {
-        if (child->isVisible())
-            EXPECT_LE(child->x() + child->width(), label->width());
+        const bool isInside = child->x() + child->width() <= label->width();
+        EXPECT_TRUE(isInside || !child->isVisible());
     }
     EXPECT_TRUE(findShown("A word that is far too long")->property("truncated").toBool());
 }

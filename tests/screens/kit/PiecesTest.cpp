@@ -22,8 +22,9 @@ TEST_F(KitPieces, TheMarkMovesOnlyWhileItIsAtWork) {
     EXPECT_FALSE(mark.property("isMoving").toBool());
 
     mark.setProperty("animates", true);
-    if (mark.property("isMoving").toBool()) // unless the desktop wants it to stand still
+    if (mark.property("isMoving").toBool()) { // unless the desktop wants it to stand still
         EXPECT_TRUE(waitFor([&] { return mark.property("lift").toReal() > 0.01; }));
+    }
 
     mark.setProperty("animates", false);
     EXPECT_EQ(mark.property("lift").toReal(), 0);
