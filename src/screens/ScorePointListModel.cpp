@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <optional>
 
 namespace quorl {
@@ -71,6 +72,30 @@ struct Range {
     }
 };
 
+// A line of words in a picture of the usual height.
+constexpr double lineHeight = 0.075;
+
+// Heights from the top, each as near as it can be to the one that is wanted without two lines overlapping.
+std::vector<double> spread(const std::vector<double>& wanted) {
+    std::vector<std::size_t> order(wanted.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::stable_sort(order, {}, [&](std::size_t place) { return wanted[place]; });
+    const double step =
+        std::min(lineHeight, 1.0 / static_cast<double>(std::max<std::size_t>(order.size(), 1)));
+    std::vector<double> heights = wanted;
+    double least = 0;
+    for (const std::size_t place : order) {
+        heights[place] = std::max(wanted[place], least);
+        least = heights[place] + step;
+    }
+    double most = 1;
+    for (auto place = order.rbegin(); place != order.rend(); ++place) {
+        heights[*place] = std::min(heights[*place], most);
+        most = heights[*place] - step;
+    }
+    return heights;
+}
+
 QString timeText(const Figure& milliseconds) {
     return milliseconds ? toQString(Format::latency(static_cast<std::int64_t>(*milliseconds))) : QString();
 }
@@ -95,9 +120,15 @@ void ScorePointListModel::setRows(std::span<const ScoreRow> overall) {
         const Figure quality = qualityOf(row);
         if (!quality)
             continue;
-        next.push_back({toQString(row.modelName), std::clamp(*quality, 0.0, 1.0), time.place(timeOf(row)),
-                        cost.place(costOf(row)), detailOf(row), spokenOf(row)});
+        next.push_back({.name = toQString(row.modelName),
+                        .quality = std::clamp(*quality, 0.0, 1.0),
+                        .timePlace = time.place(timeOf(row)),
+                        .costPlace = cost.place(costOf(row)),
+                        .detail = detailOf(row),
+                        .spoken = spokenOf(row)});
     }
+    placeLabels(next, &Point::timePlace, &Point::timeLabel);
+    placeLabels(next, &Point::costPlace, &Point::costLabel);
     if (next == points)
         return;
     beginResetModel();
@@ -106,6 +137,21 @@ void ScorePointListModel::setRows(std::span<const ScoreRow> overall) {
     costs = {costText(cost.lowest), costText(cost.highest)};
     endResetModel();
     Q_EMIT changed();
+}
+
+// A point that is not in the picture takes no room.
+void ScorePointListModel::placeLabels(std::vector<Point>& of, double Point::*place, double Point::*label) {
+    std::vector<double> wanted;
+    for (const Point& point : of) {
+        if (point.*place >= 0)
+            wanted.push_back(1 - point.quality);
+    }
+    const std::vector<double> heights = spread(wanted);
+    auto height = heights.begin();
+    for (Point& point : of) {
+        if (point.*place >= 0)
+            point.*label = *height++;
+    }
 }
 
 int ScorePointListModel::rowCount(const QModelIndex& parent) const {
@@ -125,6 +171,10 @@ QVariant ScorePointListModel::data(const QModelIndex& index, int role) const {
         return point.timePlace;
     case CostPlaceRole:
         return point.costPlace;
+    case TimeLabelRole:
+        return point.timeLabel;
+    case CostLabelRole:
+        return point.costLabel;
     case DetailRole:
         return point.detail;
     case SpokenRole:
@@ -135,8 +185,9 @@ QVariant ScorePointListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> ScorePointListModel::roleNames() const {
-    return {{NameRole, "name"},           {QualityRole, "quality"}, {TimePlaceRole, "timePlace"},
-            {CostPlaceRole, "costPlace"}, {DetailRole, "detail"},   {SpokenRole, "spoken"}};
+    return {{NameRole, "name"},           {QualityRole, "quality"},     {TimePlaceRole, "timePlace"},
+            {CostPlaceRole, "costPlace"}, {TimeLabelRole, "timeLabel"}, {CostLabelRole, "costLabel"},
+            {DetailRole, "detail"},       {SpokenRole, "spoken"}};
 }
 
 } // namespace quorl

@@ -31,8 +31,10 @@ public:
         QualityRole,
         TimePlaceRole, // -1 where it is not known
         CostPlaceRole, // the same
-        DetailRole,    // "83% of 12", "7.8 / 10 of 9"
-        SpokenRole,    // all its figures
+        TimeLabelRole, // where the words of the point stand, from the top; near it, and clear of the others
+        CostLabelRole,
+        DetailRole, // "83% of 12", "7.8 / 10 of 9"
+        SpokenRole, // all its figures
     };
 
     void setRows(std::span<const ScoreRow> overall);
@@ -56,6 +58,8 @@ private:
         double quality = 0;
         double timePlace = -1;
         double costPlace = -1;
+        double timeLabel = 0;
+        double costLabel = 0;
         QString detail;
         QString spoken;
 
@@ -65,6 +69,8 @@ private:
         QString lowest;
         QString highest;
     };
+
+    static void placeLabels(std::vector<Point>& of, double Point::*place, double Point::*label);
 
     std::vector<Point> points;
     Scale times;

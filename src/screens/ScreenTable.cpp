@@ -1,6 +1,12 @@
 #include "screens/ScreenTable.h"
 
+#include "screens/BatchesScreen.h"
 #include "screens/BlankScreen.h"
+#include "screens/CategoriesScreen.h"
+#include "screens/DatasetScreen.h"
+#include "screens/HistoryScreen.h"
+#include "screens/ModelsScreen.h"
+#include "screens/ScoresScreen.h"
 
 #include <utility>
 
@@ -20,24 +26,24 @@ VisitedScreen blank(const QString& title) {
 
 } // namespace
 
-VisitedScreen visit(const Destination& destination, const ScreenParts&) {
+VisitedScreen visit(const Destination& destination, const ScreenParts& parts) {
     if (std::holds_alternative<RunScreen>(destination))
         return blank(QObject::tr("Comparison"));
     switch (std::get<Screen>(destination)) {
     case Screen::draft:
         break;
     case Screen::history:
-        return blank(QObject::tr("History"));
+        return screen<HistoryScreen>("history/HistoryView.qml", parts.model, parts.adapter);
     case Screen::scores:
-        return blank(QObject::tr("Performance"));
+        return screen<ScoresScreen>("scores/ScoresView.qml", parts);
     case Screen::dataset:
-        return blank(QObject::tr("Dataset"));
+        return screen<DatasetScreen>("dataset/DatasetView.qml", parts);
     case Screen::models:
-        return blank(QObject::tr("Models"));
+        return screen<ModelsScreen>("models/ModelsView.qml", parts.model, parts.adapter);
     case Screen::categories:
-        return blank(QObject::tr("Categories"));
+        return screen<CategoriesScreen>("categories/CategoriesView.qml", parts.model, parts.adapter);
     case Screen::batches:
-        return blank(QObject::tr("API batches"));
+        return screen<BatchesScreen>("batches/BatchesView.qml", parts);
     }
     Q_UNREACHABLE();
 }
