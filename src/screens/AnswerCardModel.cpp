@@ -1,6 +1,7 @@
 #include "screens/AnswerCardModel.h"
 
 #include "base/Format.h"
+#include "base/Text.h"
 #include "screens/AnswerCorrection.h"
 #include "screens/Strings.h"
 
@@ -13,6 +14,7 @@ namespace quorl {
 namespace {
 
 const std::string savedTitle = "Saved to dataset";
+constexpr std::size_t spokenCharacters = 300; // of an answer nobody has asked to hear
 
 QVariantMap shownSignal(const DecisionResult::Signal& signal) {
     return {{QStringLiteral("label"), toQString(signal.label)},
@@ -204,7 +206,8 @@ QString AnswerCardModel::spokenOutcome() const {
     if (state() == State::Failed)
         return tr("%1: Couldn't get an answer").arg(modelName());
     const auto& found = decisionResults();
-    return modelName() + QLatin1String(": ") + (found.empty() ? text() : toQString(found.front().answer));
+    const std::string_view words = found.empty() ? answer.text : found.front().answer;
+    return modelName() + QLatin1String(": ") + toQString(Text::firstCharacters(words, spokenCharacters));
 }
 
 const std::vector<DecisionResult>& AnswerCardModel::decisionResults() const {

@@ -56,10 +56,11 @@ QString labelOf(const std::vector<ModelProfile>& models) {
 
 } // namespace
 
-DraftScreen::DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter)
+DraftScreen::DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter, Clipboard& clipboard,
+                         Announcer& announcer)
     : model(appModel), adapter(modelAdapter), questionRows(appModel),
       templateEditor(appModel, QuestionEditor::Place::bulkTemplate, *appModel.draftBulkTemplate),
-      bulkRows(appModel), pasteSheet(bulkRows) {
+      bulkRows(appModel), pasteSheet(bulkRows), answersReview(appModel, modelAdapter, clipboard, announcer) {
     connect(&adapter, &ModelAdapter::changed, this, &DraftScreen::refresh);
     connect(&bulkRows, &BulkQuestionListModel::countChanged, this, &DraftScreen::runLabelChanged);
     connect(this, &DraftScreen::modeChanged, this, &DraftScreen::runLabelChanged);
@@ -67,15 +68,6 @@ DraftScreen::DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter)
     refreshTexts();
     refreshScoring();
     refreshModels();
-    refreshAnswers();
-}
-
-QString DraftScreen::awaited() const {
-    return shownAnswers.onlyModel.isEmpty() ? tr("your selected models") : shownAnswers.onlyModel;
-}
-
-QString DraftScreen::finishedCount() const {
-    return tr("%1 of %2").arg(shownAnswers.total - shownAnswers.running).arg(shownAnswers.total);
 }
 
 QString DraftScreen::modeLabel() const {
@@ -153,11 +145,6 @@ void DraftScreen::compare() {
         Q_EMIT comparisonStarted();
 }
 
-void DraftScreen::retry(const QString& answerID) {
-    if (const auto id = UUID::parse(answerID.toStdString()))
-        model.retry(*id);
-}
-
 void DraftScreen::refresh(const ModelChanges& changes) {
     using enum AppField;
     if (changes.hasAny({draftIsBulk, draftKind}))
@@ -174,9 +161,6 @@ void DraftScreen::refresh(const ModelChanges& changes) {
         refreshScoring();
     if (changes.hasAny({models, draftKind, draftModelIDs, secretFlags, claudeLoggedIn}))
         refreshModels();
-    if (changes.hasAny({runs, activeRunID}) ||
-        (*model.activeRunID && changes.hasAnswersOf(**model.activeRunID)))
-        refreshAnswers();
     if (changes.hasAny({draftPrompt, draftQuestions, draftBulkQuestions, draftBulkTemplate, draftSystem,
                         draftScoring, draftCategoryText, draftSubcategoryText})) {
         setValidation({});
@@ -239,26 +223,6 @@ void DraftScreen::refreshModels() {
         shownOffersLogin = offers;
         Q_EMIT offersLoginChanged();
     }
-}
-
-void DraftScreen::refreshAnswers() {
-    const QuorlRun* run = *model.activeRunID ? model.library.findRun(**model.activeRunID) : nullptr;
-    const auto answers = run ? model.library.answersOfRun(run->id) : std::span<const ModelAnswer>();
-    cards.setRows(answers, run ? run->kind : QuorlKind::generation);
-
-    AnswersSummary next;
-    next.hasRun = run != nullptr;
-    next.total = answers.size();
-    next.running =
-        static_cast<std::size_t>(std::count_if(answers.begin(), answers.end(), [](const ModelAnswer& answer) {
-            return answer.state == AnswerState::running;
-        }));
-    if (answers.size() == 1)
-        next.onlyModel = toQString(answers[0].modelName);
-    if (next == shownAnswers)
-        return;
-    shownAnswers = std::move(next);
-    Q_EMIT answersChanged();
 }
 
 QString DraftScreen::whatIsMissing() const {

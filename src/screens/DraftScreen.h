@@ -1,6 +1,6 @@
 #pragma once
 
-#include "screens/AnswerListModel.h"
+#include "screens/AnswersReview.h"
 #include "screens/BulkQuestionListModel.h"
 #include "screens/ModelAdapter.h"
 #include "screens/ModelChoiceListModel.h"
@@ -11,8 +11,6 @@
 #include <QObject>
 #include <QString>
 #include <qqmlregistration.h>
-
-#include <cstddef>
 
 namespace quorl {
 
@@ -42,17 +40,11 @@ class DraftScreen : public QObject {
     Q_PROPERTY(QString runLabel READ runLabel NOTIFY runLabelChanged)
     Q_PROPERTY(QString validation READ validation NOTIFY validationChanged) // empty for none
 
-    // The answers
-    Q_PROPERTY(bool hasRun READ hasRun NOTIFY answersChanged)
-    Q_PROPERTY(bool allRunning READ allRunning NOTIFY answersChanged)
-    Q_PROPERTY(
-        QString awaited READ awaited NOTIFY answersChanged) // whose answer is awaited while all are running
-    Q_PROPERTY(QString finishedCount READ finishedCount NOTIFY answersChanged)
-    Q_PROPERTY(quorl::AnswerListModel* answers READ answers CONSTANT)
+    Q_PROPERTY(quorl::AnswersReview* review READ review CONSTANT) // the answers
 
 public:
-    /// Both are borrowed and must outlive the screen.
-    DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter);
+    /// All are borrowed and must outlive the screen.
+    DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter, Clipboard& clipboard, Announcer& announcer);
 
     enum class Mode { Decision, Bulk, Generation };
     Q_ENUM(Mode)
@@ -77,13 +69,7 @@ public:
     [[nodiscard]] QString runLabel() const;
     [[nodiscard]] QString validation() const { return shownValidation; }
 
-    [[nodiscard]] bool hasRun() const { return shownAnswers.hasRun; }
-    [[nodiscard]] bool allRunning() const {
-        return shownAnswers.total > 0 && shownAnswers.running == shownAnswers.total;
-    }
-    [[nodiscard]] QString awaited() const;
-    [[nodiscard]] QString finishedCount() const;
-    [[nodiscard]] AnswerListModel* answers() { return &cards; }
+    [[nodiscard]] AnswersReview* review() { return &answersReview; }
 
     // The four ways to go on, each from any mode. The family of the models and whether there is one question
     // or a list are two things: to ask for a single question keeps the first, for decision models the second.
@@ -106,8 +92,6 @@ public:
     Q_INVOKABLE void logIn() { model.loginClaudeCode(); }
 
     Q_INVOKABLE void compare();
-    Q_INVOKABLE void reset() { model.newComparison(); }
-    Q_INVOKABLE void retry(const QString& answerID);
 
 Q_SIGNALS:
     void modeChanged();
@@ -117,21 +101,11 @@ Q_SIGNALS:
     void offersLoginChanged();
     void runLabelChanged();
     void validationChanged();
-    void answersChanged();
     void questionFocusRequested();
     void modelsRequested();   // a model must be chosen before there can be an answer
     void comparisonStarted(); // its answers are on show
 
 private:
-    struct AnswersSummary {
-        bool hasRun = false;
-        std::size_t total = 0;
-        std::size_t running = 0;
-        QString onlyModel; // its name, if there is just one answer
-
-        bool operator==(const AnswersSummary&) const = default;
-    };
-
     struct Texts {
         QString prompt;
         QString systemPrompt;
@@ -146,7 +120,6 @@ private:
     void refreshScoring();
     void refreshTexts();
     void refreshModels();
-    void refreshAnswers();
     void setValidation(QString line);
     void edit(Observed<std::string>& text, QString Texts::*shown, const QString& edited);
 
@@ -160,14 +133,13 @@ private:
     BulkQuestionListModel bulkRows;
     PastedQuestions pasteSheet;
     ModelChoiceListModel choices;
-    AnswerListModel cards;
+    AnswersReview answersReview;
     Mode shownMode = Mode::Decision;
     Texts shownTexts;
     Scoring shownScoring = Scoring::YesNo;
     QString shownModelsLabel;
     bool shownOffersLogin = false;
     QString shownValidation;
-    AnswersSummary shownAnswers;
 };
 
 } // namespace quorl

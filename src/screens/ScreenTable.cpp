@@ -6,6 +6,7 @@
 #include "screens/DatasetScreen.h"
 #include "screens/HistoryScreen.h"
 #include "screens/ModelsScreen.h"
+#include "screens/RunDetailScreen.h"
 #include "screens/ScoresScreen.h"
 
 #include <utility>
@@ -27,8 +28,9 @@ VisitedScreen blank(const QString& title) {
 } // namespace
 
 VisitedScreen visit(const Destination& destination, const ScreenParts& parts) {
-    if (std::holds_alternative<RunScreen>(destination))
-        return blank(QObject::tr("Comparison"));
+    if (const auto* const run = std::get_if<RunScreen>(&destination))
+        return screen<RunDetailScreen>("answers/RunDetail.qml", run->runID, parts.model, parts.adapter,
+                                       parts.services.clipboard, parts.services.clock, parts.announcer);
     switch (std::get<Screen>(destination)) {
     case Screen::draft:
         break;

@@ -326,6 +326,8 @@ TEST_F(AnswerCardModelTest, SaysAloudWhatHasCome) {
         answer.text = "Warm, I think.";
     });
     EXPECT_EQ(card.spokenOutcome(), QStringLiteral("Zun: Warm, I think."));
+    change([](ModelAnswer& answer) { answer.text = std::string(100'000, 'x'); });
+    EXPECT_EQ(card.spokenOutcome().size(), 305);
 }
 
 } // namespace

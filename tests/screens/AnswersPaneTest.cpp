@@ -25,7 +25,7 @@ protected:
 
                 required property AnswersReview review
 
-                AnswersReviewPane {
+                AnswersPane {
                     anchors.fill: parent
                     review: root.review
                     padding: 32

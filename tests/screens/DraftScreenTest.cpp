@@ -32,8 +32,9 @@ protected:
     static QVariant choice(DraftScreen& screen, int row, int role) {
         return screen.models()->data(screen.models()->index(row), role);
     }
-    static QVariant card(DraftScreen& screen, int row, int role) {
-        return screen.answers()->data(screen.answers()->index(row), role);
+    static AnswerCardModel& card(DraftScreen& screen, int row) {
+        AnswerCardListModel& cards = *screen.review()->cards();
+        return *cards.data(cards.index(row), AnswerCardListModel::CardRole).value<AnswerCardModel*>();
     }
 
     ScreenHarness harness;
@@ -84,7 +85,7 @@ TEST_F(DraftScreenTest, ChoosingToAskModelsLeavesTheBulkListAndHidesTheAnswers) 
     EXPECT_EQ(harness.defaults.string("draft.kind"), "generation");
     EXPECT_FALSE(*harness.model().draftIsBulk);
     EXPECT_EQ(harness.defaults.boolean("draft.bulk"), false);
-    EXPECT_FALSE(screen.hasRun());
+    EXPECT_FALSE(screen.review()->hasRun());
     EXPECT_EQ(focusRequested.size(), 1);
 }
 
@@ -233,11 +234,8 @@ TEST_F(DraftScreenTest, ADecisionIsAskedAndItsAnswerShownInLines) {
     ASSERT_TRUE(harness.answered());
     ScreenHarness::endTurn();
 
-    ASSERT_EQ(screen.answers()->rowCount(), 1);
-    EXPECT_EQ(card(screen, 0, AnswerListModel::AnswerTextRole).toString().toStdString(),
-              Veritor::summary(harness.activeAnswers()[0].text));
-    EXPECT_NE(card(screen, 0, AnswerListModel::AnswerTextRole).toString().toStdString(),
-              harness.activeAnswers()[0].text);
+    ASSERT_EQ(screen.review()->cards()->rowCount(), 1);
+    EXPECT_EQ(card(screen, 0).results().size(), 1);
 }
 
 TEST_F(DraftScreenTest, EditsReachTheDraftAtOnceAndTheSettingsAtTheEndOfTheTurn) {
@@ -444,34 +442,19 @@ TEST_F(DraftScreenTest, ComparingAsksTheModelsAndShowsTheirAnswers) {
     harness.endpoint.answer("up", says("That way."));
     harness.endpoint.answer("down", sample::makeReply(500, R"({"error":{"message":"Tired."}})"));
     DraftScreen& screen = showAsking({harness.addReadyModel("up", 0), harness.addReadyModel("down", 1)});
-    const QAbstractItemModelTester tester(screen.answers(),
-                                          QAbstractItemModelTester::FailureReportingMode::Warning);
     QSignalSpy started(&screen, &DraftScreen::comparisonStarted);
 
     screen.compare();
     ScreenHarness::endTurn();
 
     EXPECT_EQ(started.size(), 1);
-    EXPECT_TRUE(screen.hasRun());
-    EXPECT_TRUE(screen.allRunning());
-    EXPECT_EQ(screen.awaited(), QStringLiteral("your selected models"));
-    EXPECT_EQ(screen.finishedCount(), QStringLiteral("0 of 2"));
+    EXPECT_TRUE(screen.review()->isWaiting());
     ASSERT_TRUE(harness.answered());
     ScreenHarness::endTurn();
-    EXPECT_FALSE(screen.allRunning());
-    EXPECT_EQ(screen.finishedCount(), QStringLiteral("2 of 2"));
-    ASSERT_EQ(screen.answers()->rowCount(), 2);
-    EXPECT_EQ(card(screen, 0, AnswerListModel::AnswerTextRole), QStringLiteral("That way."));
-    EXPECT_EQ(card(screen, 1, AnswerListModel::ErrorRole), QStringLiteral("HTTP 500: Tired."));
-}
-
-TEST_F(DraftScreenTest, TheOnlyModelIsAwaitedByItsName) {
-    DraftScreen& screen = showAsking({harness.addReadyModel("up")});
-    screen.compare();
-    ScreenHarness::endTurn();
-
-    EXPECT_EQ(screen.awaited(), QStringLiteral("up"));
-    ASSERT_TRUE(harness.answered());
+    EXPECT_EQ(screen.review()->finishedCount(), QStringLiteral("2 of 2"));
+    ASSERT_EQ(screen.review()->cards()->rowCount(), 2);
+    EXPECT_EQ(card(screen, 0).text(), QStringLiteral("That way."));
+    EXPECT_EQ(card(screen, 1).error(), QStringLiteral("HTTP 500: Tired."));
 }
 
 TEST_F(DraftScreenTest, ResettingHidesTheAnswersAndKeepsTheDraft) {
@@ -480,30 +463,12 @@ TEST_F(DraftScreenTest, ResettingHidesTheAnswersAndKeepsTheDraft) {
     ASSERT_TRUE(harness.answered());
     QSignalSpy focusRequested(&screen, &DraftScreen::questionFocusRequested);
 
-    screen.reset();
+    screen.review()->reset();
     ScreenHarness::endTurn();
 
-    EXPECT_FALSE(screen.hasRun());
-    EXPECT_EQ(screen.answers()->rowCount(), 0);
+    EXPECT_FALSE(screen.review()->hasRun());
     EXPECT_EQ(screen.prompt(), QStringLiteral("Which way is up?"));
     EXPECT_EQ(focusRequested.size(), 1);
-}
-
-TEST_F(DraftScreenTest, RetryingAsksOneModelAgain) {
-    harness.endpoint.answerInTurn(
-        "up", {sample::makeReply(500, R"({"error":{"message":"Tired."}})"), says("That way.")});
-    DraftScreen& screen = showAsking({harness.addReadyModel("up")});
-    screen.compare();
-    ASSERT_TRUE(harness.answered());
-
-    screen.retry(card(screen, 0, AnswerListModel::AnswerIDRole).toString());
-    ScreenHarness::endTurn();
-    EXPECT_EQ(card(screen, 0, AnswerListModel::AnswerStateRole).toInt(),
-              int(AnswerListModel::State::Running));
-    ASSERT_TRUE(harness.answered());
-    ScreenHarness::endTurn();
-
-    EXPECT_EQ(card(screen, 0, AnswerListModel::AnswerTextRole), QStringLiteral("That way."));
 }
 
 TEST_F(DraftScreenTest, AThousandAnswersThatArriveTogetherAreToldOnce) {
@@ -518,13 +483,13 @@ TEST_F(DraftScreenTest, AThousandAnswersThatArriveTogetherAreToldOnce) {
     DraftScreen& screen = show();
     harness.model().activeRunID = run.id;
     ScreenHarness::endTurn();
-    ASSERT_EQ(screen.finishedCount(), QStringLiteral("1000 of 1000"));
+    ASSERT_EQ(screen.review()->finishedCount(), QStringLiteral("1000 of 1000"));
     for (ModelAnswer& answer : answers) {
         answer.state = AnswerState::running;
         harness.model().library.replaceAnswer(answer);
     }
     ScreenHarness::endTurn();
-    QSignalSpy told(&screen, &DraftScreen::answersChanged);
+    QSignalSpy told(screen.review(), &AnswersReview::changed);
 
     for (ModelAnswer& answer : answers) {
         answer.state = AnswerState::done;
@@ -533,7 +498,7 @@ TEST_F(DraftScreenTest, AThousandAnswersThatArriveTogetherAreToldOnce) {
     ScreenHarness::endTurn();
 
     EXPECT_EQ(told.size(), 1);
-    EXPECT_EQ(screen.finishedCount(), QStringLiteral("1000 of 1000"));
+    EXPECT_EQ(screen.review()->finishedCount(), QStringLiteral("1000 of 1000"));
 }
 
 } // namespace

@@ -49,7 +49,7 @@ public:
     }
 
     [[nodiscard]] bool answered() {
-        return waitFor([this] { return rootScreen->draft()->hasRun() && !anyRunning(); });
+        return waitFor([this] { return rootScreen->draft()->review()->hasRun() && !anyRunning(); });
     }
 
     RootScreen& root() { return *rootScreen; }

@@ -59,7 +59,7 @@ Item {
         x: root.isStacked ? 0 : composer.width + 1
         width: root.width - x
         height: root.height
-        screen: root.screen
+        review: root.screen.review
         padding: root.padding
         isStacked: root.isStacked
         fields: fields

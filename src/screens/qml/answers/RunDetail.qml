@@ -6,7 +6,6 @@ Item {
     id: root
 
     required property RunDetailScreen screen
-    property bool takesKeys: true // nothing lies over the screen
 
     readonly property int padding: root.width < 500 ? 20 : 32
 
@@ -95,7 +94,7 @@ Item {
     }
 
     AnswerKeys {
-        isOn: root.visible && root.takesKeys
+        isOn: root.visible
         cards: cards
     }
 }

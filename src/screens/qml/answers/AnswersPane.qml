@@ -1,11 +1,11 @@
 import QtQuick
 import Quorl
 
-// The answers of the comparison on show. Beside the composer the head stands still and the cards scroll; below it, all scrolls.
+// The answers of the comparison on show. Beside the composer head and foot stand still and the cards scroll; below it, all scrolls.
 Item {
     id: root
 
-    required property DraftScreen screen
+    required property AnswersReview review
     required property int padding
     required property bool isStacked
     required property Item fields
@@ -32,18 +32,18 @@ Item {
     ScrollPane {
         id: scroll
 
-        y: root.isStacked ? 0 : 72
+        y: root.isStacked ? 0 : fixedHead.y + fixedHead.height + 16 - content.y
         width: root.width
-        height: root.height - y
+        height: (root.isStacked || !root.review.hasRun ? root.height : fixedFoot.y) - y
         // Below the composer there is room enough for the head to go to the top, however little stands under it.
-        contentHeight: Math.max(content.y + content.height + root.padding,
-                                root.isStacked && root.screen.hasRun ? root.headPlace + height : 0)
+        contentHeight: Math.max(content.y + content.height + (root.isStacked ? root.padding : 16),
+                                root.isStacked && root.review.hasRun ? root.headPlace + height : 0)
 
         Column {
             id: content
 
             x: root.padding
-            y: root.isStacked ? 20 : 4
+            y: root.isStacked ? 20 : root.review.isStepping ? 16 : 4
             width: root.innerWidth
 
             Item {
@@ -70,22 +70,63 @@ Item {
 
                 visible: root.isStacked
                 width: content.width
-                height: head.height + 36
+                height: head.height + 32
             }
-            Answers {
+            AnswersBody {
+                id: body
+
                 width: content.width
-                screen: root.screen
+                review: root.review
+                tools: tools
                 pane: scroll
+            }
+            Item {
+                id: stackedFoot
+
+                visible: root.isStacked && root.review.hasRun
+                width: content.width
+                height: foot.height + 20
             }
         }
     }
 
-    AnswersHead {
+    Item {
+        id: fixedFoot
+
+        x: root.padding
+        y: root.height - foot.height - 32
+        width: root.innerWidth
+    }
+
+    ReviewHead {
         id: head
 
         parent: root.isStacked ? stackedHead : fixedHead
+        y: root.isStacked ? 16 : 0
+        width: parent.width
+        review: root.review
+    }
+
+    ReviewFoot {
+        id: foot
+
+        parent: root.isStacked ? stackedFoot : fixedFoot
         y: root.isStacked ? 20 : 0
         width: parent.width
-        screen: root.screen
+        visible: root.review.hasRun
+        review: root.review
+    }
+
+    AnswerTools {
+        id: tools
+
+        cards: root.review.cards
+    }
+
+    AnswerKeys {
+        isOn: root.visible && root.review.hasRun
+        cards: body.cards
+        onNextRequested: root.review.next()
+        onPreviousRequested: root.review.stepBack()
     }
 }
