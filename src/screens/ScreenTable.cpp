@@ -1,7 +1,6 @@
 #include "screens/ScreenTable.h"
 
 #include "screens/BatchesScreen.h"
-#include "screens/BlankScreen.h"
 #include "screens/CategoriesScreen.h"
 #include "screens/DatasetScreen.h"
 #include "screens/HistoryScreen.h"
@@ -19,10 +18,6 @@ namespace {
 template <class Model, class... Arguments>
 VisitedScreen screen(const char* file, Arguments&&... arguments) {
     return {QString::fromLatin1(file), std::make_unique<Model>(std::forward<Arguments>(arguments)...)};
-}
-
-VisitedScreen blank(const QString& title) {
-    return screen<BlankScreen>("shell/BlankScreen.qml", title);
 }
 
 } // namespace
