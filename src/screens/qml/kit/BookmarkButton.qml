@@ -7,14 +7,16 @@ BaseButton {
 
     property bool saved
     property real symbolScale: 1
+    property bool isMade: false // what was in the dataset before is no news
 
     text: root.saved ? qsTr("Saved to dataset") : qsTr("Save to dataset")
     leftPadding: 8
     rightPadding: 8
     onSavedChanged: {
-        if (root.saved && Motion.isAllowed)
+        if (root.saved && root.isMade && Motion.isAllowed)
             beat.restart();
     }
+    Component.onCompleted: root.isMade = true
 
     SequentialAnimation {
         id: beat
