@@ -9,18 +9,27 @@ bool ModelChanges::hasAny(std::initializer_list<AppField> of) const {
     return std::any_of(of.begin(), of.end(), [this](AppField field) { return has(field); });
 }
 
+bool ModelChanges::hasRun(const UUID& id) const {
+    return runs.has(id);
+}
+
 bool ModelChanges::hasAnswersOf(const UUID& runID) const {
-    return allAnswers || runsWithAnswers.contains(runID);
+    return runsWithAnswers.has(runID);
 }
 
 void ModelChanges::add(const AppChange& change) {
     fields.set(static_cast<std::size_t>(change.field));
-    if (change.field != AppField::answersByRun)
-        return;
-    if (change.id)
-        runsWithAnswers.insert(*change.id);
+    if (change.field == AppField::runs)
+        runs.add(change.id);
+    if (change.field == AppField::answersByRun)
+        runsWithAnswers.add(change.id);
+}
+
+void ModelChanges::Runs::add(const std::optional<UUID>& id) {
+    if (id)
+        ids.insert(*id);
     else
-        allAnswers = true;
+        all = true;
 }
 
 ModelAdapter::ModelAdapter(AppModel& model)

@@ -6,6 +6,7 @@
 
 #include <bitset>
 #include <initializer_list>
+#include <optional>
 #include <unordered_set>
 
 namespace quorl {
@@ -16,16 +17,26 @@ public:
     [[nodiscard]] bool has(AppField field) const { return fields[static_cast<std::size_t>(field)]; }
     [[nodiscard]] bool hasAny(std::initializer_list<AppField> of) const;
 
-    /// Whether answers of that run may have changed.
+    /// Whether that run may have come, gone or changed; whether answers of it may have.
+    [[nodiscard]] bool hasRun(const UUID& id) const;
     [[nodiscard]] bool hasAnswersOf(const UUID& runID) const;
 
     [[nodiscard]] bool isEmpty() const { return fields.none(); }
     void add(const AppChange& change);
 
 private:
+    // The runs that changed, or all of them.
+    struct Runs {
+        std::unordered_set<UUID> ids;
+        bool all = false;
+
+        [[nodiscard]] bool has(const UUID& id) const { return all || ids.contains(id); }
+        void add(const std::optional<UUID>& id);
+    };
+
     std::bitset<64> fields;
-    std::unordered_set<UUID> runsWithAnswers;
-    bool allAnswers = false;
+    Runs runs;
+    Runs runsWithAnswers;
 };
 
 // The one observer of the model on behalf of all screens. It gathers what changes in one turn of the event

@@ -1,0 +1,26 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quorl
+
+RecordList {
+    id: root
+
+    required property HistoryScreen screen
+
+    model: root.screen.runs
+    bottomMargin: 24
+
+    Accessible.name: qsTr("History")
+
+    delegate: HistoryRow {
+        menu: menu
+        onClicked: root.screen.open(runID)
+    }
+
+    HistoryMenu {
+        id: menu
+
+        screen: root.screen
+    }
+}
