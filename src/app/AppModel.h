@@ -213,7 +213,12 @@ public:
     void addModel(ProviderKind kind);
     void replaceModel(const ModelProfile& profile);
     void saveSecret(const UUID& modelID, const ModelSecret& secret);
+    /// Puts the fields of `pasted` that are not empty, trimmed, in place of the saved ones. If all are empty,
+    /// asks for one in `alertMessage` and changes nothing.
+    void mergeSecret(const UUID& modelID, const ModelSecret& pasted);
     void clearSecret(const UUID& modelID);
+    /// Whether the saved credentials are enough for the model as it is given, saved or not.
+    [[nodiscard]] bool hasUsableSecret(const ModelProfile& profile);
     void refreshSecretFlags();
     void test(const ModelProfile& profile);
 

@@ -38,6 +38,12 @@ std::string statusLine(const DecisionOutcome& outcome) {
     return Format::latency(outcome.latencyMS) + " · " + reply;
 }
 
+// A field that is left blank keeps what is saved.
+void merge(std::string& saved, std::string_view pasted) {
+    if (!pasted.empty())
+        saved = Text::trimmed(pasted);
+}
+
 } // namespace
 
 void AppModel::addModel(ProviderKind kind) {
@@ -65,14 +71,31 @@ void AppModel::saveSecret(const UUID& modelID, const ModelSecret& secret) {
     secretFlags.set(modelID, secret.satisfies(model ? model->provider : ProviderKind::openAI));
 }
 
+void AppModel::mergeSecret(const UUID& modelID, const ModelSecret& pasted) {
+    if (pasted == ModelSecret{}) {
+        alertMessage = "Paste a key first. A blank field keeps the saved credential.";
+        return;
+    }
+    ModelSecret secret = secrets.load(modelID);
+    merge(secret.apiKey, pasted.apiKey);
+    merge(secret.awsAccessKey, pasted.awsAccessKey);
+    merge(secret.awsSecretKey, pasted.awsSecretKey);
+    merge(secret.awsSessionToken, pasted.awsSessionToken);
+    saveSecret(modelID, secret);
+}
+
 void AppModel::clearSecret(const UUID& modelID) {
     secrets.clear(modelID);
     secretFlags.set(modelID, false);
 }
 
+bool AppModel::hasUsableSecret(const ModelProfile& profile) {
+    return secrets.load(profile.id).satisfies(profile.provider);
+}
+
 void AppModel::refreshSecretFlags() {
     for (const ModelProfile& model : library.models())
-        secretFlags.set(model.id, secrets.load(model.id).satisfies(model.provider));
+        secretFlags.set(model.id, hasUsableSecret(model));
 }
 
 void AppModel::test(const ModelProfile& profile) {
