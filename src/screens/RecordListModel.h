@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <unordered_set>
 #include <utility>
@@ -23,6 +24,19 @@ public:
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
         return parent.isValid() ? 0 : static_cast<int>(rows.size());
+    }
+
+    [[nodiscard]] std::optional<UUID> idAt(int row) const {
+        if (row < 0 || row >= rowCount())
+            return std::nullopt;
+        return rows[static_cast<std::size_t>(row)].id;
+    }
+
+    /// -1 for none.
+    [[nodiscard]] int rowOf(const std::optional<UUID>& id) const {
+        const auto found =
+            std::find_if(rows.begin(), rows.end(), [&](const Record& row) { return row.id == id; });
+        return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
     }
 
     void setRows(std::span<const Record> next) {

@@ -1,0 +1,49 @@
+import QtQuick
+import Quorl
+
+// The name of a category. What has become of it stands in the field with every letter, and the caret keeps its place.
+FocusScope {
+    id: root
+
+    required property CategoriesScreen screen
+
+    function show() {
+        if (field.text === root.screen.name)
+            return;
+        const trimmedBefore = Math.max(0, field.text.lastIndexOf(root.screen.name));
+        const place = field.cursorPosition - trimmedBefore;
+        field.text = root.screen.name;
+        field.cursorPosition = Math.max(0, Math.min(place, field.length));
+    }
+
+    implicitHeight: field.y + field.height
+    Component.onCompleted: root.show()
+
+    Connections {
+        target: root.screen
+
+        function onNameChanged() {
+            root.show();
+        }
+        function onNameReplaced() {
+            field.selectAll(); // the next letter takes its place
+        }
+    }
+
+    FieldLabel {
+        width: root.width
+        text: qsTr("Name")
+    }
+
+    LineField {
+        id: field
+
+        y: Theme.labelLine + 2
+        width: root.width
+        focus: true
+        onTextEdited: root.screen.rename(text)
+        onEditingFinished: root.screen.endTyping()
+
+        Accessible.name: qsTr("Name")
+    }
+}
