@@ -10,10 +10,9 @@ FocusScope {
     function show() {
         if (field.text === root.screen.name)
             return;
-        const trimmedBefore = Math.max(0, field.text.lastIndexOf(root.screen.name));
-        const place = field.cursorPosition - trimmedBefore;
+        const behindCaret = field.length - field.cursorPosition;
         field.text = root.screen.name;
-        field.cursorPosition = Math.max(0, Math.min(place, field.length));
+        field.cursorPosition = Math.max(0, field.length - behindCaret);
     }
 
     implicitHeight: field.y + field.height
