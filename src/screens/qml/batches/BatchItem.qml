@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Quorl
 
 // One item of a batch. The whole row opens it.
-T.ItemDelegate {
+T.Button {
     id: root
 
     required property int index
@@ -19,7 +19,6 @@ T.ItemDelegate {
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
 
-    Accessible.role: Accessible.Button
     Accessible.name: root.spoken
     Accessible.description: open.text
 

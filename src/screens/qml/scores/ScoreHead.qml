@@ -2,7 +2,7 @@ import QtQuick
 import Quorl
 
 // The head of a column, which sorts by it.
-BaseButton {
+PlainButton {
     id: root
 
     required property ScoreTableModel table
@@ -17,40 +17,34 @@ BaseButton {
     Accessible.role: Accessible.ColumnHeader
     Accessible.description: !root.isSorted ? "" : root.table.sortsDescending ? qsTr("Sorted from the largest") : qsTr("Sorted from the smallest")
 
-    contentItem: Item {
-        implicitWidth: word.implicitWidth
+    Text {
+        id: word
 
-        Text {
-            id: word
-
-            width: parent.width
-            height: parent.height
-            text: root.text
-            textFormat: Text.PlainText
-            font: Theme.label
-            color: root.isSorted ? Theme.accent : root.hovered ? Theme.text : Theme.quiet
-            horizontalAlignment: root.isText ? Text.AlignLeft : Text.AlignRight
-            verticalAlignment: Text.AlignVCenter
-            elide: Text.ElideRight
-            Accessible.ignored: true
-        }
-
-        Icon {
-            x: root.isText ? word.contentWidth + 2 : parent.width - word.contentWidth - width - 2
-            anchors.verticalCenter: parent.verticalCenter
-            visible: root.isSorted
-            symbol: Symbols.chevronDown
-            size: 14
-            color: Theme.accent
-            rotation: root.table.sortsDescending ? 0 : 180
-        }
+        width: parent.width
+        height: parent.height
+        text: root.text
+        textFormat: Text.PlainText
+        font: Theme.label
+        color: root.isSorted ? Theme.accent : root.hovered ? Theme.text : Theme.quiet
+        horizontalAlignment: root.isText ? Text.AlignLeft : Text.AlignRight
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+        Accessible.ignored: true
     }
 
-    background: Item {
-        FocusRing {
-            anchors.margins: 2
-            around: 4
-            visible: root.visualFocus
-        }
+    Icon {
+        x: root.isText ? word.contentWidth + 2 : parent.width - word.contentWidth - width - 2
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isSorted
+        symbol: Symbols.chevronDown
+        size: 14
+        color: Theme.accent
+        rotation: root.table.sortsDescending ? 0 : 180
+    }
+
+    FocusRing {
+        anchors.margins: 2
+        around: 4
+        visible: root.visualFocus
     }
 }
