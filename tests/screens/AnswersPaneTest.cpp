@@ -575,6 +575,27 @@ TEST_F(AnswersPaneTest, ALongAnswerLeavesTheJudgementInSightUntilAllOfItIsAskedF
     EXPECT_LT(footAt(), window.window->height());
 }
 
+TEST_F(AnswersPaneTest, ALongAnswerIsLaidOutAsFarAsItIsRead) {
+    std::string text;
+    while (text.size() < 100'000)
+        text += "This line is one of very many.\r\n";
+    open(addRun({text}));
+    QQuickItem* const words = window.selectable(text.c_str()); // all of it to a screen reader
+    ASSERT_NE(words, nullptr);
+    const auto length = [&] { return words->property("length").toInt(); };
+    EXPECT_LT(length(), 20'000);
+
+    window.turnWheel(words, -30);
+    ASSERT_TRUE(window.waitFor(
+        [&] { return words->parentItem()->parentItem()->property("contentY").toReal() > 300; }));
+
+    words->forceActiveFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_A, Qt::ControlModifier);
+    const int lines = static_cast<int>(text.size() / 32);
+    EXPECT_EQ(length(), lines * 31); // with one kind of line end
+    EXPECT_EQ(words->property("selectedText").toString().size(), lines * 31);
+}
+
 TEST_F(AnswersPaneTest, AJudgementKeepsSelectionScrollAndKeyboard) {
     std::string lines;
     for (int line = 0; line < 12; ++line)

@@ -7,6 +7,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -69,6 +70,16 @@ public:
         settle();
     }
 
+    /// By notches, away from the user where negative.
+    void turnWheel(QQuickItem* item, int notches) {
+        ASSERT_NE(item, nullptr);
+        const QPointF place = middleOfShown(*item);
+        QWheelEvent event(place, window->mapToGlobal(place), {}, {0, notches * 120}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(window.get(), &event);
+        settle();
+    }
+
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(window.get(), key, modifiers);
         settle();
@@ -98,6 +109,12 @@ public:
 private:
     static QPoint middleOf(QQuickItem& item) {
         return item.mapToScene({item.width() / 2, item.height() / 2}).toPoint();
+    }
+
+    // Of what lies inside the window.
+    QPointF middleOfShown(QQuickItem& item) {
+        const QRectF inScene = item.mapRectToScene({0, 0, item.width(), item.height()});
+        return inScene.intersected({{0, 0}, QSizeF(window->size())}).center();
     }
 
     static QString nameOf(QQuickItem& item) {

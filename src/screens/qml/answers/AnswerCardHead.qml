@@ -43,7 +43,7 @@ Item {
         symbol: Symbols.ellipsis
         color: Theme.quiet
         alignRight: true
-        helpText: qsTr("Details, copy, and more")
+        helpText: root.tools.shown === root.card ? "" : qsTr("Details, copy, and more") // which would lie over the details
         accessibleName: qsTr("Actions for %1").arg(root.card.modelName)
         menu: root.tools.cardMenu
     }

@@ -32,9 +32,10 @@ Item {
     ScrollPane {
         id: scroll
 
-        y: root.isStacked ? 0 : fixedHead.y + fixedHead.height + 16 - content.y
+        y: root.isStacked ? 0 : fixedHead.y + fixedHead.height + (root.review.hasRun ? 16 : 8) - content.y
         width: root.width
         height: (root.isStacked || !root.review.hasRun ? root.height : fixedFoot.y) - y
+        pixelAligned: true // a hairline between two pixels would not be drawn
         // Below the composer there is room enough for the head to go to the top, however little stands under it.
         contentHeight: Math.max(content.y + content.height + (root.isStacked ? root.padding : 16),
                                 root.isStacked && root.review.hasRun ? root.headPlace + height : 0)

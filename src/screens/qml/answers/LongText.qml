@@ -12,7 +12,7 @@ ScrollPane {
     property alias line: words.line
     property ScrollPane page: null
 
-    readonly property real fullHeight: words.height // of what is laid out
+    readonly property int fullHeight: Math.ceil(words.height) // of what is laid out
     readonly property bool isWhole: root.taken >= root.text.length
     readonly property bool wantsMore: root.isReady && !root.isWhole && root.contentY + 2 * root.height > root.contentHeight
     property bool isReady: false
@@ -43,7 +43,8 @@ ScrollPane {
         root.taken = root.text.length;
     }
 
-    contentHeight: words.height
+    contentHeight: root.fullHeight
+    pixelAligned: true
     interactive: root.height < root.contentHeight && !(root.page && root.page.moving)
     onTextChanged: {
         if (root.isReady)

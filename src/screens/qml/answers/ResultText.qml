@@ -9,7 +9,7 @@ Item {
 
     readonly property real taken: probabilities.visible ? probabilities.width + 8 : 0
 
-    height: Math.max(words.height, probabilities.visible ? 28 : 0)
+    height: Math.max(Math.ceil(words.height), probabilities.visible ? 28 : 0)
 
     TextMetrics {
         id: natural

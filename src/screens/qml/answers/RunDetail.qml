@@ -21,6 +21,7 @@ Item {
 
         anchors.fill: parent
         visible: root.screen.hasRun
+        pixelAligned: true // a hairline between two pixels would not be drawn
         contentHeight: content.y + content.height + root.padding
 
         Column {
