@@ -32,7 +32,7 @@ Column {
         delegate: BulkRowSlot {
             width: root.width
             questions: root.questions
-            menu: menu
+            menu: rowMenu
         }
     }
 
@@ -53,7 +53,7 @@ Column {
     }
 
     BulkMenu {
-        id: menu
+        id: rowMenu
 
         questions: root.questions
         onRemoved: place => root.focusQuestion(place)
