@@ -60,6 +60,6 @@ Item {
 
     HelpText {
         text: root.helpText
-        wanted: root.hovered && !root.down
+        wanted: root.hovered && !root.down && !root.isOpen
     }
 }
