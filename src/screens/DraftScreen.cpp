@@ -4,8 +4,6 @@
 #include "decision/Veritor.h"
 #include "screens/Strings.h"
 
-#include <algorithm>
-
 namespace quorl {
 
 namespace {
@@ -56,11 +54,12 @@ QString labelOf(const std::vector<ModelProfile>& models) {
 
 } // namespace
 
-DraftScreen::DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter, Clipboard& clipboard,
-                         Announcer& announcer)
-    : model(appModel), adapter(modelAdapter), questionRows(appModel),
-      templateEditor(appModel, QuestionEditor::Place::bulkTemplate, *appModel.draftBulkTemplate),
-      bulkRows(appModel), pasteSheet(bulkRows), answersReview(appModel, modelAdapter, clipboard, announcer) {
+DraftScreen::DraftScreen(const ScreenParts& parts)
+    : model(parts.model), adapter(parts.adapter), windowState(parts.services.windowState),
+      questionRows(model),
+      templateEditor(model, QuestionEditor::Place::bulkTemplate, *model.draftBulkTemplate), bulkRows(model),
+      pasteSheet(bulkRows), answersReview(model, adapter, parts.services.clipboard, parts.announcer),
+      shownDivider(windowState.divider().value_or(0)) {
     connect(&adapter, &ModelAdapter::changed, this, &DraftScreen::refresh);
     connect(&bulkRows, &BulkQuestionListModel::countChanged, this, &DraftScreen::runLabelChanged);
     connect(this, &DraftScreen::modeChanged, this, &DraftScreen::runLabelChanged);
@@ -143,6 +142,14 @@ void DraftScreen::compare() {
     adapter.deliver();
     if (*model.activeRunID != before)
         Q_EMIT comparisonStarted();
+}
+
+void DraftScreen::moveDivider(int width) {
+    if (width == shownDivider)
+        return;
+    shownDivider = width;
+    windowState.setDivider(width);
+    Q_EMIT dividerChanged();
 }
 
 void DraftScreen::refresh(const ModelChanges& changes) {

@@ -7,6 +7,7 @@
 #include "screens/PastedQuestions.h"
 #include "screens/QuestionEditor.h"
 #include "screens/QuestionListModel.h"
+#include "screens/ScreenTable.h"
 
 #include <QObject>
 #include <QString>
@@ -41,10 +42,11 @@ class DraftScreen : public QObject {
     Q_PROPERTY(QString validation READ validation NOTIFY validationChanged) // empty for none
 
     Q_PROPERTY(quorl::AnswersReview* review READ review CONSTANT) // the answers
+    Q_PROPERTY(int divider READ divider NOTIFY dividerChanged) // what the composer was drawn to; 0 if never
 
 public:
-    /// All are borrowed and must outlive the screen.
-    DraftScreen(AppModel& appModel, ModelAdapter& modelAdapter, Clipboard& clipboard, Announcer& announcer);
+    /// What it is made of is borrowed and must outlive the screen.
+    explicit DraftScreen(const ScreenParts& parts);
 
     enum class Mode { Decision, Bulk, Generation };
     Q_ENUM(Mode)
@@ -70,6 +72,7 @@ public:
     [[nodiscard]] QString validation() const { return shownValidation; }
 
     [[nodiscard]] AnswersReview* review() { return &answersReview; }
+    [[nodiscard]] int divider() const { return shownDivider; }
 
     // The four ways to go on, each from any mode. The family of the models and whether there is one question
     // or a list are two things: to ask for a single question keeps the first, for decision models the second.
@@ -92,6 +95,7 @@ public:
     Q_INVOKABLE void logIn() { model.loginClaudeCode(); }
 
     Q_INVOKABLE void compare();
+    Q_INVOKABLE void moveDivider(int width);
 
 Q_SIGNALS:
     void modeChanged();
@@ -101,6 +105,7 @@ Q_SIGNALS:
     void offersLoginChanged();
     void runLabelChanged();
     void validationChanged();
+    void dividerChanged();
     void questionFocusRequested();
     void modelsRequested();   // a model must be chosen before there can be an answer
     void comparisonStarted(); // its answers are on show
@@ -128,6 +133,7 @@ private:
 
     AppModel& model;
     ModelAdapter& adapter;
+    WindowState& windowState;
     QuestionListModel questionRows;
     QuestionEditor templateEditor;
     BulkQuestionListModel bulkRows;
@@ -140,6 +146,7 @@ private:
     QString shownModelsLabel;
     bool shownOffersLogin = false;
     QString shownValidation;
+    int shownDivider = 0;
 };
 
 } // namespace quorl

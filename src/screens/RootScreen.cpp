@@ -54,7 +54,7 @@ Screen plainScreen(RootScreen::Destination destination) {
 
 RootScreen::RootScreen(AppModel& appModel, ScreenServices desktop)
     : model(appModel), services(desktop), adapter(model), movement(services.defaults),
-      draftScreen(model, adapter, services.clipboard, speaker), alertModel(model, adapter),
+      draftScreen({model, adapter, services, speaker}), alertModel(model, adapter),
       feedbackModel(model, adapter, speaker) {
     connect(&adapter, &ModelAdapter::changed, this, [this](const ModelChanges& changes) {
         if (changes.hasAny({AppField::destination, AppField::runs}))

@@ -57,30 +57,6 @@ TEST_F(MainWindowTest, AnAnswerIsShownLetterByLetterAndNeverAsMarkup) {
     EXPECT_EQ(text->property("textFormat").toInt(), int(Qt::PlainText));
 }
 
-TEST_F(MainWindowTest, ABlankQuestionIsRefusedUnderTheButtonUntilTheNextLetter) {
-    addChosenModel("up");
-    open();
-
-    press(Qt::Key_Return, Qt::ControlModifier);
-    EXPECT_NE(find(QStringLiteral("Write a question first."), QAccessible::AlertMessage), nullptr);
-
-    type("W");
-    EXPECT_EQ(find(QStringLiteral("Write a question first."), QAccessible::AlertMessage), nullptr);
-}
-
-TEST_F(MainWindowTest, WithoutAReadyModelTheFocusGoesToTheModels) {
-    harness.addReadyModel("up");
-    harness.defaults.setStrings("draft.models", {UUID::random().text()});
-    open();
-    harness.model().draftModelIDs = std::set<UUID>();
-    type("Why?");
-
-    press(Qt::Key_Return, Qt::ControlModifier);
-
-    EXPECT_NE(find(QStringLiteral("Choose at least one ready model."), QAccessible::AlertMessage), nullptr);
-    EXPECT_EQ(focused(), "up");
-}
-
 TEST_F(MainWindowTest, ControlNHidesTheAnswersAndReturnsToTheQuestion) {
     addChosenModel("up");
     open();
@@ -103,43 +79,6 @@ TEST_F(MainWindowTest, ResetDoesTheSame) {
     click(findButton("Reset comparison"));
 
     EXPECT_EQ(*harness.model().activeRunID, std::nullopt);
-}
-
-TEST_F(MainWindowTest, AModelIsChosenByClickAndByKey) {
-    const ModelProfile first = addChosenModel("first");
-    const ModelProfile second = addChosenModel("second");
-    open();
-    const auto isChosen = [&](const ModelProfile& model) {
-        return harness.model().draftModelIDs->contains(model.id);
-    };
-
-    click(find(QStringLiteral("second"), QAccessible::CheckBox));
-    EXPECT_TRUE(isChosen(first));
-    EXPECT_FALSE(isChosen(second));
-
-    press(Qt::Key_Up);
-    press(Qt::Key_Space);
-    EXPECT_FALSE(isChosen(first));
-
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    EXPECT_TRUE(isChosen(second));
-}
-
-TEST_F(MainWindowTest, AModelThatIsNotReadySaysWhyAndCannotBeChosen) {
-    ModelProfile keyless = makeModel();
-    keyless.name = "keyless";
-    harness.file().saveModel(keyless);
-    open();
-
-    QQuickItem* row = find(QStringLiteral("keyless"), QAccessible::CheckBox);
-    ASSERT_NE(row, nullptr);
-    const bool before = harness.model().draftModelIDs->contains(keyless.id);
-    click(row);
-
-    EXPECT_EQ(harness.model().draftModelIDs->contains(keyless.id), before);
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(row)->text(QAccessible::Description),
-              QStringLiteral("Add an API key."));
 }
 
 TEST_F(MainWindowTest, TabGoesThroughEverythingInOrderAndLeavesTheTextFields) {
@@ -191,7 +130,7 @@ TEST_F(MainWindowTest, AnAlertTakesTheKeysAndGoesByItsButtonOrEscape) {
     settle();
     press(Qt::Key_Escape);
     EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
-    EXPECT_EQ(findButton("OK"), nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return findButton("OK") == nullptr; }, 30'000));
 }
 
 TEST_F(MainWindowTest, InANarrowWindowTheAnswersStandBelowAndArePulledUpByAPress) {
@@ -228,117 +167,6 @@ TEST_F(MainWindowTest, UndoTakesBackLettersOnly) {
     EXPECT_EQ(*harness.model().draftPrompt, "");
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(*harness.model().draftPrompt, "");
-}
-
-TEST_F(MainWindowTest, TheModeIsSwitchedByClickAndByKey) {
-    open();
-    click(find(QStringLiteral("Decision"), QAccessible::RadioButton));
-    EXPECT_EQ(*harness.model().draftKind, QuorlKind::decision);
-    EXPECT_NE(find(QStringLiteral("Context"), QAccessible::EditableText), nullptr);
-    EXPECT_EQ(find(QStringLiteral("System prompt"), QAccessible::EditableText), nullptr);
-    EXPECT_TRUE(
-        QAccessible::queryAccessibleInterface(find(QStringLiteral("Decision"), QAccessible::RadioButton))
-            ->state()
-            .checked);
-
-    press(Qt::Key_Tab);
-    EXPECT_EQ(focused(), "Ask models");
-    press(Qt::Key_Return);
-    EXPECT_EQ(*harness.model().draftKind, QuorlKind::generation);
-    EXPECT_EQ(focused(), "Question");
-}
-
-TEST_F(MainWindowTest, AListWithoutModelsSaysSo) {
-    open();
-
-    EXPECT_NE(findText("No model is enabled for this kind of comparison."), nullptr);
-}
-
-TEST_F(MainWindowTest, AListWithAModelSaysNoMore) {
-    addChosenModel("up");
-    open();
-
-    EXPECT_EQ(findText("No model is enabled for this kind of comparison."), nullptr);
-}
-
-TEST_F(MainWindowTest, ADecisionIsWrittenByKeysAloneAndAnswered) {
-    harness.addDecisionModel("decider");
-    openDecision();
-    EXPECT_EQ(focused(), "Question");
-
-    type("Which room?");
-    write("Choice 1", "Large");
-    write("Choice 2", "Small");
-    press(Qt::Key_Tab);
-    press(Qt::Key_Space); // "Add choice"
-    write("Choice 3", "None");
-    write("Context", "Two rooms are free.");
-    press(Qt::Key_Return, Qt::ControlModifier);
-    ASSERT_TRUE(harness.answered());
-    settle();
-
-    EXPECT_EQ(harness.model().library.runAt(0).kind, QuorlKind::decision);
-    EXPECT_EQ(harness.model().library.runAt(0).prompt, "Two rooms are free.");
-    EXPECT_EQ(draftQuestion().instructions, "Which room?");
-    ASSERT_EQ(draftQuestion().options.size(), 3u);
-    EXPECT_EQ(draftQuestion().options[0].label, "Large");
-    EXPECT_EQ(draftQuestion().options[2].label, "None");
-    EXPECT_NE(findSelectable(Veritor::summary(harness.activeAnswers()[0].text).c_str()), nullptr);
-}
-
-TEST_F(MainWindowTest, WhatIsWrongWithADecisionIsSaidUnderTheButton) {
-    openDecision();
-
-    press(Qt::Key_Return, Qt::ControlModifier);
-
-    EXPECT_NE(find(QStringLiteral("Write the state this decision is about."), QAccessible::AlertMessage),
-              nullptr);
-}
-
-TEST_F(MainWindowTest, AScoreGrowsToTenLevels) {
-    openDecision();
-    click(find(QStringLiteral("Place the answer on an ordered scale"), QAccessible::RadioButton));
-    EXPECT_EQ(draftQuestion().type, DecisionQuestionType::score);
-
-    write("Lowest score level", "bad");
-    write("Highest score level", "good");
-    press(Qt::Key_Tab);
-    for (int presses = 0; presses < 9; ++presses)
-        press(Qt::Key_Return);
-
-    EXPECT_EQ(draftQuestion().levels.size(), 10u);
-    EXPECT_EQ(draftQuestion().levels[0], "bad");
-    EXPECT_EQ(draftQuestion().levels[1], "good");
-    EXPECT_FALSE(findButton("Add level")->isEnabled());
-    EXPECT_NE(find(QStringLiteral("Score level 9"), QAccessible::EditableText), nullptr);
-}
-
-TEST_F(MainWindowTest, YesAndNoMayBeGivenAMeaning) {
-    openDecision();
-    click(find(QStringLiteral("Ask a yes or no question"), QAccessible::RadioButton));
-    EXPECT_NE(findText("Add optional definitions only when needed."), nullptr);
-
-    write("Yes means (optional)", "There is a room");
-    write("No means (optional)", "There is none");
-
-    EXPECT_EQ(draftQuestion().type, DecisionQuestionType::noul);
-    EXPECT_EQ(draftQuestion().yesMeans, "There is a room");
-    EXPECT_EQ(draftQuestion().noMeans, "There is none");
-}
-
-TEST_F(MainWindowTest, AQuestionIsAddedAndRemovedButTheFirstStays) {
-    openDecision();
-    type("First?");
-    EXPECT_EQ(findButton("Remove question"), nullptr);
-
-    click(findButton("Add another question"));
-    write("Additional question", "");
-    type("Second?");
-    EXPECT_EQ(draftQuestion(1).instructions, "Second?");
-
-    click(findButton("Remove question"));
-    ASSERT_EQ(harness.model().draftQuestions->size(), 1u);
-    EXPECT_EQ(draftQuestion().instructions, "First?");
 }
 
 } // namespace

@@ -6,16 +6,29 @@ Item {
     id: root
 
     required property DraftScreen screen
-    property bool takesKeys: true // nothing lies over the screen
 
     readonly property bool isStacked: root.width < 800
     readonly property int padding: root.width < 500 ? 20 : 32
+    readonly property int narrowest: 300
+    readonly property int widest: Math.min(440, root.width - 341) // which leaves the answers 340
+    readonly property int usual: Math.max(340, Math.round(root.width * 0.425))
+    readonly property int composerWidth: Math.max(root.narrowest, Math.min(root.screen.divider || root.usual, root.widest))
 
-    Component.onCompleted: fields.focusQuestion()
+    function focusQuestion() {
+        caret.startAfresh();
+        fields.focusQuestion();
+    }
+
+    Component.onCompleted: root.focusQuestion()
+
+    CaretFollower {
+        id: caret
+
+        fields: fields
+    }
 
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        enabled: root.takesKeys
         onActivated: root.screen.compare()
     }
 
@@ -23,7 +36,7 @@ Item {
         target: root.screen
 
         function onQuestionFocusRequested() {
-            fields.focusQuestion();
+            root.focusQuestion();
         }
         function onModelsRequested() {
             footer.openModels();
@@ -38,19 +51,11 @@ Item {
         id: composer
 
         visible: !root.isStacked
-        width: Math.max(340, Math.min(Math.round(root.width * 0.425), 440))
+        width: root.composerWidth
         height: root.height
         padding: root.padding
         fields: fields
         footer: footer
-    }
-
-    Rectangle {
-        visible: composer.visible
-        x: composer.width
-        width: 1
-        height: root.height
-        color: Theme.line
     }
 
     AnswersPane {
@@ -64,6 +69,16 @@ Item {
         isStacked: root.isStacked
         fields: fields
         footer: footer
+    }
+
+    Divider {
+        visible: composer.visible
+        x: composer.width
+        height: root.height
+        place: composer.width
+        minimum: root.narrowest
+        maximum: root.widest
+        onMoved: place => root.screen.moveDivider(Math.round(place))
     }
 
     ComposerFields {

@@ -62,6 +62,9 @@ Column {
     Connections {
         target: root.questions
 
+        function onRowsAboutToBeRemoved() {
+            rowMenu.close(); // as long as its button is there to take the keyboard back
+        }
         function onCaretRequested(row: int) {
             root.focusQuestion(row);
         }

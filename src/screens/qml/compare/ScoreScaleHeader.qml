@@ -14,6 +14,9 @@ Item {
 
         anchors.verticalCenter: numbers.verticalCenter
         text: qsTr("Score scale")
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
     InfoButton {
         anchors { left: label.right; leftMargin: 5; verticalCenter: label.verticalCenter }
