@@ -23,13 +23,25 @@ Item {
         symbolAtEnd: true
         helpText: qsTr("Key: L")
         onClicked: root.review.next()
-
-        Accessible.description: ""
     }
 
-    QuorlRatingProgress {
+    Item {
         anchors { left: next.right; leftMargin: 16; verticalCenter: next.verticalCenter }
-        completed: root.review.rated
-        total: root.review.total
+        width: progress.width
+        height: progress.height
+
+        QuorlRatingProgress {
+            id: progress
+
+            completed: root.review.rated
+            total: root.review.total
+        }
+        HoverHandler {
+            id: pointer
+        }
+        HelpText {
+            text: qsTr("Keys: J and K for the next and the previous answer")
+            wanted: pointer.hovered
+        }
     }
 }

@@ -44,7 +44,8 @@ Item {
 
         IconButton {
             symbol: Symbols.chevronLeft
-            helpText: qsTr("Previous question")
+            accessibleName: qsTr("Previous question")
+            helpText: qsTr("%1\nKey: H").arg(accessibleName)
             enabled: root.review.canStepBack
             onClicked: root.review.stepBack()
         }
