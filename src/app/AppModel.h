@@ -332,6 +332,7 @@ private:
     void fillCategoryFields(const std::optional<UUID>& from);
 
     // Ask.cpp
+    [[nodiscard]] bool isSecondPress() const; // of the run button, so soon that both are one
     bool draftIsComplete();
     [[nodiscard]] static ModelAnswer makeAnswer(const QuorlRun& run, const ModelProfile& model,
                                                 std::int64_t position);

@@ -17,6 +17,10 @@ constexpr std::chrono::duration<double> debounce{0.8};
 
 } // namespace
 
+bool AppModel::isSecondPress() const {
+    return platform.clock.now() - *lastAsk <= debounce;
+}
+
 // What stops a press, in order; only a blank generation prompt and a quick second press stop it without a
 // word.
 bool AppModel::draftIsComplete() {
@@ -33,7 +37,7 @@ bool AppModel::draftIsComplete() {
         alertMessage = "Type a category before a subcategory.";
         return false;
     }
-    return platform.clock.now() - *lastAsk > debounce;
+    return !isSecondPress();
 }
 
 void AppModel::ask() {

@@ -12,9 +12,6 @@ namespace quorl {
 
 namespace {
 
-// Two presses within this time are one.
-constexpr std::chrono::duration<double> debounce{0.8};
-
 constexpr std::size_t charactersInName = 60;
 constexpr const char* notWritable = "The questions can't be written as JSON."; // they are not UTF-8
 constexpr std::int64_t accepted = 202;
@@ -54,7 +51,7 @@ std::string refusal(const HTTPResponse& response) {
 } // namespace
 
 void AppModel::askBulk() {
-    if (platform.clock.now() - *lastAsk <= debounce)
+    if (isSecondPress())
         return;
     try {
         const auto questions = Veritor::bulkQuestions(*draftPrompt, *draftBulkTemplate, *draftBulkQuestions);
