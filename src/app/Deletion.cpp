@@ -78,12 +78,17 @@ void AppModel::deleteCategory(const UUID& id) {
 }
 
 void AppModel::deleteRun(const UUID& id) {
+    const QuorlRun* found = library.findRun(id);
+    const std::optional<UUID> batchID = found ? found->batchID : std::nullopt;
     alertOnFailure([&] { store->deleteRun(id); });
     library.removeRun(id);
     if (*activeRunID == id)
         activeRunID = std::nullopt;
     if (*destination == Destination(RunScreen{id}))
         destination = Screen::draft;
+    // What was running here will not be missed any more when it comes, and clients wait for the batch.
+    if (batchID)
+        refreshBatchStatus(*batchID);
 }
 
 // A run of a batch on the screen goes back to the batches, where such a run came from. `activeRunID` stays.

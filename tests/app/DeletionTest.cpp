@@ -192,6 +192,56 @@ TEST_F(DeletionTest, ARunThatTheFileKeepsIsGoneFromMemory) {
     EXPECT_EQ(harness.file().loadRuns().size(), 1u);
 }
 
+// A batch of two runs, which are to be deleted while they run.
+class DeletionUnderWayTest : public DeletionTest {
+protected:
+    void SetUp() override {
+        DeletionTest::SetUp();
+        for (QuorlRun* each : {&one, &two}) {
+            each->batchID = batch.id;
+            harness.file().insertRun(*each);
+        }
+        batch.status = BatchStatus::running;
+        harness.file().saveBatch(batch);
+        harness.start();
+        model().library.replaceBatch(batch); // which the start has found done
+        makeRunning(one);
+        makeRunning(two);
+    }
+
+    void makeRunning(const QuorlRun& asked) {
+        ModelAnswer running = makeAnswer(asked.id);
+        running.state = AnswerState::running;
+        model().library.replaceAnswer(running);
+    }
+
+    BatchStatus status() { return model().library.findBatch(batch.id)->status; }
+
+    QuorlBatch batch = makeBatch();
+    QuorlRun one = makeRun();
+    QuorlRun two = makeRun();
+};
+
+TEST_F(DeletionUnderWayTest, TheLastRunningRunOfABatchEndsTheBatch) {
+    harness.file().setBatchStatus(batch.id, BatchStatus::running);
+
+    remove(Kind::run, two.id);
+    EXPECT_EQ(status(), BatchStatus::running);
+
+    remove(Kind::run, one.id);
+    EXPECT_EQ(status(), BatchStatus::done);
+    EXPECT_EQ(harness.file().loadBatches()[0].status, BatchStatus::done);
+}
+
+TEST_F(DeletionUnderWayTest, ARunWhoseBatchIsGoneIsDeletedAllTheSame) {
+    model().library.removeBatch(batch.id);
+
+    remove(Kind::run, one.id);
+
+    EXPECT_EQ(model().library.findRun(one.id), nullptr);
+    EXPECT_EQ(model().alertMessage->value_or(""), "");
+}
+
 class DeletionOfABatchTest : public DeletionTest {
 protected:
     void SetUp() override {
