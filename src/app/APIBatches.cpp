@@ -85,12 +85,13 @@ std::vector<AppModel::APIWork> AppModel::insertBatch(const QuorlBatch& batch, co
             run.scoringMode = order.scoring;
             run.createdAt = base + static_cast<double>(work.size()) * betweenRuns;
             store->insertRun(run);
+            std::vector<ModelAnswer> answers;
             std::vector<Job> jobs;
             for (const ModelProfile& model : models) {
-                const ModelAnswer answer = makeAnswer(run, model, static_cast<std::int64_t>(jobs.size()));
-                store->insertAnswer(answer);
-                jobs.push_back({model, answer.id});
+                answers.push_back(makeAnswer(run, model, static_cast<std::int64_t>(answers.size())));
+                jobs.push_back({model, answers.back().id});
             }
+            store->insertAnswers(answers);
             work.push_back({std::move(item.prompt), std::move(item.system), batch.kind,
                             std::move(item.questions), std::move(jobs), credentials});
         }

@@ -294,16 +294,26 @@ void QuorlStore::deleteRun(const UUID& id) {
 }
 
 void QuorlStore::insertAnswer(const ModelAnswer& answer) {
-    touched.answersOfRuns.insert(answer.runID);
-    write(
+    insertAnswers({&answer, 1});
+}
+
+// Preparing takes longer than the insertion itself, so the rows of one call share their statement.
+void QuorlStore::insertAnswers(std::span<const ModelAnswer> answers) {
+    Statement insert(
         db.get(),
         "INSERT INTO answers (id, run_id, model_id, model_name, provider, position, state, text, latency_ms, "
         "input_tokens, output_tokens, tokens_estimated, cost_usd, error, chosen_correct, accepted, rating, "
-        "dataset_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-        answer.id, answer.runID, answer.modelID, answer.modelName, rawString(answer.provider),
-        answer.position, rawString(answer.state), answer.text, answer.latencyMS, answer.inputTokens,
-        answer.outputTokens, answer.tokensEstimated, answer.costUSD, answer.errorMessage,
-        answer.chosenCorrect, answer.accepted, answer.rating, answer.datasetID);
+        "dataset_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+    for (const ModelAnswer& answer : answers) {
+        touched.answersOfRuns.insert(answer.runID);
+        insert
+            .bind(answer.id, answer.runID, answer.modelID, answer.modelName, rawString(answer.provider),
+                  answer.position, rawString(answer.state), answer.text, answer.latencyMS, answer.inputTokens,
+                  answer.outputTokens, answer.tokensEstimated, answer.costUSD, answer.errorMessage,
+                  answer.chosenCorrect, answer.accepted, answer.rating, answer.datasetID)
+            .run();
+        insert.reset();
+    }
 }
 
 void QuorlStore::updateOutcome(const ModelAnswer& answer) {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -86,8 +87,9 @@ public:
     void insertRun(const QuorlRun& run);
     void deleteRun(const UUID& id); // its answers first, then the run; dataset rows stay
     void insertAnswer(const ModelAnswer& answer);
-    void updateOutcome(const ModelAnswer& answer);  // state, text, latency, tokens, cost, error
-    void updateJudgment(const ModelAnswer& answer); // chosenCorrect, accepted, rating, datasetID
+    void insertAnswers(std::span<const ModelAnswer> answers); // in that order, up to one that fails
+    void updateOutcome(const ModelAnswer& answer);            // state, text, latency, tokens, cost, error
+    void updateJudgment(const ModelAnswer& answer);           // chosenCorrect, accepted, rating, datasetID
 
     void insertDataset(const DatasetExample& example);
     void updateDatasetJudgment(const UUID& id, std::optional<std::int64_t> rating,

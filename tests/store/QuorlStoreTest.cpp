@@ -243,6 +243,29 @@ TEST(QuorlStore, KeepsEveryFieldOfAnAnswer) {
                     {"-1", "9223372036854775807", "1", "0.1", "", "1", "0", "10", full.datasetID->text()}}));
 }
 
+TEST(QuorlStore, AnswersOfOneCallAreKeptWhole) {
+    StoreFile file;
+    const std::vector answers{bareAnswer(UUID::random()), fullAnswer(UUID::random()),
+                              bareAnswer(UUID::random())};
+
+    file.store.insertAnswers(answers);
+
+    EXPECT_THAT(file.store.loadAnswers(), ElementsAre(answers[0], answers[2], answers[1]));
+}
+
+TEST(QuorlStore, AnswersOfOneCallAreKeptUpToTheOneThatFails) {
+    StoreFile file;
+    const ModelAnswer answer = makeAnswer(UUID::random());
+    const ModelAnswer next = makeAnswer(answer.runID);
+
+    EXPECT_EQ(errorOf([&] {
+                  file.store.insertAnswers(std::vector{answer, answer, next});
+              }),
+              "UNIQUE constraint failed: answers.id");
+
+    EXPECT_THAT(file.store.loadAnswers(), ElementsAre(answer));
+}
+
 TEST(QuorlStore, ListsAnswersOfAllRunsByPositionAndThenAsTheyCame) {
     StoreFile file;
     const UUID one = UUID::random();
