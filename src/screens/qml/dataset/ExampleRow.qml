@@ -88,7 +88,7 @@ RecordRow {
         IconButton {
             anchors { right: parent.right; rightMargin: -8 }
             y: 1
-            activeFocusOnTab: root.ListView.isCurrentItem
+            activeFocusOnTab: root.ListView.isCurrentItem || activeFocus
             symbol: Symbols.trash
             helpText: qsTr("Remove from the dataset")
             onClicked: root.removalRequested()

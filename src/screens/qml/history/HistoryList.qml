@@ -14,12 +14,12 @@ RecordList {
     Accessible.name: qsTr("History")
 
     delegate: HistoryRow {
-        menu: menu
+        menu: actions
         onClicked: root.screen.open(runID)
     }
 
     HistoryMenu {
-        id: menu
+        id: actions
 
         screen: root.screen
     }

@@ -23,10 +23,6 @@ RecordRow {
     }
 
     height: root.isWrapped ? Theme.historyRowHeight + 20 : Theme.historyRowHeight
-    ListView.onPooled: {
-        if (actions.isOpen)
-            root.menu.close(); // or it would open over the next row that this becomes
-    }
     Keys.onMenuPressed: root.openMenu()
     Keys.onPressed: event => {
         event.accepted = event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier) !== 0;

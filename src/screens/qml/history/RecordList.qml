@@ -45,7 +45,6 @@ ListView {
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     highlightFollowsCurrentItem: false // which would take its time
-    reuseItems: true
     onCountChanged: {
         if (root.currentIndex < 0 && root.count > 0)
             root.currentIndex = 0; // which is where Tab goes

@@ -15,7 +15,7 @@ T.ItemDelegate {
     leftPadding: root.reach
     rightPadding: root.reach
     hoverEnabled: true
-    activeFocusOnTab: ListView.isCurrentItem
+    activeFocusOnTab: ListView.isCurrentItem || activeFocus
     onActiveFocusChanged: {
         if (activeFocus)
             root.list.positionViewAtIndex(root.ListView.view.currentIndex, ListView.Contain);
