@@ -18,7 +18,8 @@ std::optional<QuorlRun> findRun(const AppModel& model, const QString& runID) {
 
 } // namespace
 
-HistoryScreen::HistoryScreen(AppModel& appModel, ModelAdapter& adapter) : model(appModel), list(appModel.library) {
+HistoryScreen::HistoryScreen(AppModel& appModel, ModelAdapter& adapter)
+    : model(appModel), list(appModel.library) {
     connect(&adapter, &ModelAdapter::changed, &list, &HistoryListModel::refresh);
     connect(&list, &HistoryListModel::shown, this, &HistoryScreen::refreshEmpty);
     connect(&ages, &QTimer::timeout, &list, &HistoryListModel::refreshAges);
