@@ -8,16 +8,12 @@ ListView {
     id: root
 
     required property int selectedRow
-    property bool isFocusQuiet // the keyboard has come with a click, so no ring
+    property bool isKeyed // by the arrows, and not by clicks, so a ring follows
 
     signal rowSelected(int row)
 
-    function step(by: int) {
-        root.isFocusQuiet = false;
-        root.goTo(root.currentIndex + by);
-    }
-
     function goTo(row: int) {
+        root.isKeyed = true;
         const next = Math.max(0, Math.min(row, root.count - 1));
         if (next !== root.currentIndex)
             root.rowSelected(next);
@@ -35,12 +31,8 @@ ListView {
     keyNavigationEnabled: false // it would move its own mark and not the selection
     highlightFollowsCurrentItem: false // which would take its time
     onCurrentIndexChanged: root.positionViewAtIndex(root.currentIndex, ListView.Contain)
-    onActiveFocusChanged: {
-        if (!root.activeFocus)
-            root.isFocusQuiet = false;
-    }
-    Keys.onUpPressed: root.step(-1)
-    Keys.onDownPressed: root.step(1)
+    Keys.onUpPressed: root.goTo(root.currentIndex - 1)
+    Keys.onDownPressed: root.goTo(root.currentIndex + 1)
     Keys.onReturnPressed: root.goOn()
     Keys.onEnterPressed: root.goOn()
     Keys.onPressed: event => {

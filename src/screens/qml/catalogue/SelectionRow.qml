@@ -14,12 +14,14 @@ T.ItemDelegate {
     implicitWidth: ListView.view ? ListView.view.width : 0
     focusPolicy: Qt.ClickFocus // Tab stops at the list
     hoverEnabled: true
-    onPressed: root.list.isFocusQuiet = true
+    onPressed: root.list.isKeyed = false
     onClicked: root.list.rowSelected(root.index)
 
     Accessible.name: root.text
+    Accessible.focusable: true
     Accessible.selectable: true
     Accessible.selected: root.isSelected
+    Accessible.onPressAction: root.clicked()
 
     background: Rectangle {
         radius: Theme.controlRadius
@@ -28,7 +30,7 @@ T.ItemDelegate {
         FocusRing {
             anchors.margins: 0 // within the row, for the list is clipped
             around: Theme.controlRadius - 4
-            visible: root.activeFocus && !root.list.isFocusQuiet
+            visible: root.visualFocus || (root.activeFocus && root.list.isKeyed)
         }
     }
 }

@@ -30,15 +30,20 @@ Item {
         width: root.width
         spacing: Theme.betweenFields
 
-        PageHeader {
+        Column {
             width: parent.width
-            title: root.editor.name
-            subtitle: root.editor.subtitle
-        }
-        ModelFields {
-            width: parent.width
-            editor: root.editor
-            kinds: root.screen.kinds
+            spacing: 14
+
+            PageHeader {
+                width: parent.width
+                title: root.editor.name
+                subtitle: root.editor.subtitle
+            }
+            ModelFields {
+                width: parent.width
+                editor: root.editor
+                kinds: root.screen.kinds
+            }
         }
         Hairline {
             width: parent.width

@@ -8,7 +8,7 @@ Column {
     required property ModelEditor editor
     required property var kinds
 
-    spacing: 16
+    spacing: 14
 
     ToggleSwitch {
         text: qsTr("Enabled")
