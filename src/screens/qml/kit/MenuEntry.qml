@@ -34,6 +34,7 @@ T.MenuItem {
     Accessible.description: root.detail
     Accessible.checkable: root.isCurrent
     Accessible.checked: root.isCurrent
+    Accessible.onPressAction: root.clicked()
 
     contentItem: MenuLabel {
         text: root.text
