@@ -18,6 +18,7 @@ Item {
 
         width: root.width
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: 2 // a fixed line height is added to below the letters
 
         Text {
             id: name

@@ -11,6 +11,7 @@ BaseButton {
     property bool isActive // what it opens is open
     property color color: root.isActive ? Theme.accent : Theme.quiet
 
+    wantsHelp: root.hovered && !root.down && !root.isActive
     implicitWidth: root.size
     implicitHeight: root.size
     padding: 0

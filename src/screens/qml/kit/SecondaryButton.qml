@@ -13,6 +13,7 @@ BaseButton {
     property bool isSpread
     property bool isLarge: (root.parent as SheetFooter) !== null
 
+    wantsHelp: root.hovered && !root.down && !root.isActive
     implicitHeight: root.isLarge ? Theme.primaryHeight : Theme.controlHeight
     leftPadding: root.isLarge ? 16 : 12
     rightPadding: leftPadding

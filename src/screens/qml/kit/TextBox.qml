@@ -9,7 +9,7 @@ T.TextArea {
     property int line: Theme.bodyLine
     property int minimumLines: 1
 
-    implicitHeight: Math.max(contentHeight, root.minimumLines * root.line) + topPadding + bottomPadding
+    implicitHeight: Math.ceil(Math.max(contentHeight, root.minimumLines * root.line)) + topPadding + bottomPadding
     topPadding: 2
     bottomPadding: 8
     textFormat: TextEdit.PlainText
