@@ -10,7 +10,7 @@ Item {
     readonly property bool isStacked: root.width < 800
     readonly property int padding: root.width < 500 ? 20 : 32
     readonly property int narrowest: 300
-    readonly property int widest: Math.min(440, root.width - 341) // which leaves the answers 340
+    readonly property int widest: Math.min(440, root.width - 340) // which leaves the answers 340
     readonly property int usual: Math.max(340, Math.round(root.width * 0.425))
     readonly property int composerWidth: Math.max(root.narrowest, Math.min(root.screen.divider || root.usual, root.widest))
 
@@ -51,7 +51,7 @@ Item {
         id: composer
 
         visible: !root.isStacked
-        width: root.composerWidth
+        width: root.composerWidth - divider.width
         height: root.height
         padding: root.padding
         fields: fields
@@ -61,7 +61,7 @@ Item {
     AnswersPane {
         id: answers
 
-        x: root.isStacked ? 0 : composer.width + 1
+        x: root.isStacked ? 0 : root.composerWidth
         width: root.width - x
         height: root.height
         review: root.screen.review
@@ -72,10 +72,12 @@ Item {
     }
 
     Divider {
+        id: divider
+
         visible: composer.visible
         x: composer.width
         height: root.height
-        place: composer.width
+        place: root.composerWidth
         minimum: root.narrowest
         maximum: root.widest
         onMoved: place => root.screen.moveDivider(Math.round(place))

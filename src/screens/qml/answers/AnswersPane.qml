@@ -44,7 +44,7 @@ Item {
             id: content
 
             x: root.padding
-            y: root.isStacked ? 20 : root.review.isStepping ? 16 : 4
+            y: !root.isStacked ? (root.review.isStepping ? 16 : 4) : root.width < 500 ? 16 : 28
             width: root.innerWidth
 
             Item {

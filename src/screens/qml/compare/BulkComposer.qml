@@ -11,10 +11,11 @@ Column {
         list.focusQuestion(place);
     }
 
-    spacing: Theme.betweenFields
+    spacing: 16
 
     ContextField {
         width: root.width
+        height: implicitHeight + 8
         screen: root.screen
     }
     CriteriaEditor {

@@ -43,7 +43,7 @@ Column {
         TextButton {
             id: add
 
-            x: -5
+            x: -7
             y: 6
             text: qsTr("Add question")
             leadingSymbol: Symbols.plus

@@ -52,7 +52,7 @@ Column {
         TextButton {
             id: add
 
-            x: -5
+            x: -7
             y: 6
             text: qsTr("Add choice")
             leadingSymbol: Symbols.plus

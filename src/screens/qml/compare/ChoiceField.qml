@@ -24,7 +24,7 @@ EditorRow {
         height: 12
         radius: 6
         color: "transparent"
-        border.color: Theme.edge
+        border.color: Theme.pencil
     }
 
     IconButton {

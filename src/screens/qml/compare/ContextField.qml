@@ -7,7 +7,7 @@ Item {
 
     required property DraftScreen screen
 
-    height: field.y + field.height
+    implicitHeight: field.y + field.height
 
     FieldLabel {
         id: label
@@ -18,7 +18,7 @@ Item {
     TextBox {
         id: field
 
-        y: label.height + 5
+        y: label.height + 7
         width: root.width
         minimumLines: 3
         placeholderText: qsTr("What should the models know?")

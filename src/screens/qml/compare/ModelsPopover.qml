@@ -28,7 +28,7 @@ Popover {
         height: 20
 
         Hairline {
-            x: -root.sideInset
+            x: -root.edgeBeside
             y: 8
             width: root.width
         }

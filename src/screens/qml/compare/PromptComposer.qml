@@ -9,6 +9,7 @@ TextBox {
 
     function focusQuestion() {
         root.forceActiveFocus(Qt.OtherFocusReason);
+        root.cursorPosition = root.length;
     }
 
     minimumLines: 6

@@ -13,6 +13,7 @@ Column {
 
     function focusQuestion() {
         question.forceActiveFocus(Qt.OtherFocusReason);
+        question.cursorPosition = question.length;
     }
 
     spacing: 20
@@ -29,7 +30,7 @@ Column {
         TextBox {
             id: question
 
-            y: label.height + 3
+            y: label.height + 4
             width: root.width
             line: Theme.questionLine
             font: Theme.question

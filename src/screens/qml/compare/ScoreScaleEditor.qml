@@ -57,7 +57,7 @@ Column {
         TextButton {
             id: add
 
-            x: -5
+            x: -7
             y: 6
             text: qsTr("Add level")
             leadingSymbol: Symbols.plus
