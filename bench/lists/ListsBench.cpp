@@ -184,7 +184,8 @@ void run() {
     Workers workers;
     AppModel model(desktop.services, router, workers);
     std::printf("the library alone: %.1f MB\n", residentMemory());
-    RootScreen screens(model, {.defaults = desktop.services.defaults,
+    RootScreen screens(model, {.clock = desktop.services.clock,
+                               .defaults = desktop.services.defaults,
                                .clipboard = clipboard,
                                .motion = motion,
                                .windowState = windowState});

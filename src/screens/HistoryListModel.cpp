@@ -53,7 +53,7 @@ std::string modelNames(std::span<const ModelAnswer> answers) {
 
 } // namespace
 
-HistoryListModel::HistoryListModel(const Library& listed) : library(listed) {
+HistoryListModel::HistoryListModel(const Library& listed, const Clock& ages) : library(listed), clock(ages) {
     setRecords(listedRuns(library));
 }
 
@@ -76,7 +76,7 @@ QVariant HistoryListModel::data(const QModelIndex& index, int role) const {
     case ModelsRole:
         return models(*run);
     case WhenRole:
-        return toQString(Format::when(run->createdAt, std::chrono::system_clock::now()));
+        return toQString(Format::when(run->createdAt, clock.now()));
     case SpokenRole:
         return spoken(index);
     default:

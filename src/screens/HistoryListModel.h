@@ -17,8 +17,8 @@ class HistoryListModel : public SearchedListModel {
     QML_UNCREATABLE("Made by HistoryScreen")
 
 public:
-    /// `listed` is borrowed and must outlive the list.
-    explicit HistoryListModel(const Library& listed);
+    /// Both are borrowed and must outlive the list. `ages` tells what time it is.
+    HistoryListModel(const Library& listed, const Clock& ages);
 
     enum Role {
         RunIDRole = Qt::UserRole,
@@ -48,6 +48,7 @@ private:
     [[nodiscard]] QString spoken(const QModelIndex& index) const;
 
     const Library& library;
+    const Clock& clock;
     // Few, and every run that is searched has one.
     mutable std::unordered_map<UUID, std::string> categoryPaths;
 };

@@ -18,9 +18,9 @@ std::optional<QuorlRun> findRun(const AppModel& model, const QString& runID) {
 
 } // namespace
 
-HistoryScreen::HistoryScreen(AppModel& appModel, ModelAdapter& adapter)
-    : model(appModel), list(appModel.library) {
-    connect(&adapter, &ModelAdapter::changed, &list, &HistoryListModel::refresh);
+HistoryScreen::HistoryScreen(const ScreenParts& parts)
+    : model(parts.model), list(parts.model.library, parts.services.clock) {
+    connect(&parts.adapter, &ModelAdapter::changed, &list, &HistoryListModel::refresh);
     connect(&list, &HistoryListModel::shown, this, &HistoryScreen::refreshEmpty);
     connect(&ages, &QTimer::timeout, &list, &HistoryListModel::refreshAges);
     ages.start(1min);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/HistoryListModel.h"
+#include "screens/ScreenTable.h"
 
 #include <QObject>
 #include <QString>
@@ -21,8 +22,8 @@ class HistoryScreen : public QObject {
     Q_PROPERTY(QString emptySymbol READ emptySymbol NOTIFY emptyChanged)
 
 public:
-    /// Both are borrowed and must outlive the screen.
-    HistoryScreen(AppModel& appModel, ModelAdapter& adapter);
+    /// What it is made of is borrowed and must outlive the screen.
+    explicit HistoryScreen(const ScreenParts& parts);
 
     [[nodiscard]] HistoryListModel* runs() { return &list; }
     [[nodiscard]] QString emptyTitle() const;

@@ -30,7 +30,7 @@ VisitedScreen visit(const Destination& destination, const ScreenParts& parts) {
     case Screen::draft:
         break;
     case Screen::history:
-        return screen<HistoryScreen>("history/HistoryView.qml", parts.model, parts.adapter);
+        return screen<HistoryScreen>("history/HistoryView.qml", parts);
     case Screen::scores:
         return screen<ScoresScreen>("scores/ScoresView.qml", parts);
     case Screen::dataset:

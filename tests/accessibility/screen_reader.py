@@ -19,6 +19,7 @@ import contextlib
 import os
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
 
@@ -97,18 +98,38 @@ def iterate():
 
 
 class ScreenTest(unittest.TestCase):
-    """The program, started anew for each class, without a word in its library."""
+    """The program, started anew for each class, on a library of its first start."""
 
     @classmethod
     def setUpClass(cls):
-        cls.program = subprocess.Popen([os.environ["QUORL_PROGRAM"]])
-        cls.addClassCleanup(cls.end)
+        session = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(session.cleanup)
+        cls.environment = os.environ | {
+            f"XDG_{kind}_HOME": os.path.join(session.name, kind.lower()) for kind in ("CONFIG", "DATA", "STATE")
+        }
+        for kind in ("CONFIG", "DATA", "STATE"):
+            os.mkdir(cls.environment[f"XDG_{kind}_HOME"])
+        cls.prepare()
+        cls.program = cls.start("quorl")
         cls.application = cls.wait_for(cls.find_application)
 
     @classmethod
-    def end(cls):
-        cls.program.terminate()
-        cls.program.wait(DEADLINE)
+    def prepare(cls):
+        """Before the program starts."""
+
+    @classmethod
+    def start(cls, name, *arguments, **options):
+        """One of the programs of the build, which ends with the class."""
+        program = subprocess.Popen(
+            [os.path.join(os.environ["QUORL_PROGRAMS"], name), *arguments], env=cls.environment, **options
+        )
+        cls.addClassCleanup(cls.end, program)
+        return program
+
+    @classmethod
+    def end(cls, program):
+        program.terminate()
+        program.communicate(timeout=DEADLINE)
 
     @classmethod
     def find_application(cls):
@@ -159,10 +180,9 @@ class ScreenTest(unittest.TestCase):
 
     def press(self, role, name):
         found = self.find(role, name)
-        actions = found.get_action_iface()
-        names = [actions.get_action_name(place) for place in range(actions.get_n_actions())]
-        wanted = next(each for each in ("Press", "Toggle", "ShowMenu") if each in names)
-        actions.do_action(names.index(wanted))
+        names = [Atspi.Action.get_action_name(found, place) for place in range(Atspi.Action.get_n_actions(found))]
+        self.assertIn("Press", names, f"{role} {name}")
+        Atspi.Action.do_action(found, names.index("Press"))
 
     @contextlib.contextmanager
     def hears(self, words):
@@ -175,9 +195,11 @@ class ScreenTest(unittest.TestCase):
 
         listener = Atspi.EventListener.new(listen)
         listener.register("object:state-changed:showing")
-        yield
-        self.wait_for(lambda: words in heard, lambda: f'heard {heard} and not "{words}"')
-        listener.deregister("object:state-changed:showing")
+        try:
+            yield
+            self.wait_for(lambda: words in heard, lambda: f'heard {heard} and not "{words}"')
+        finally:
+            listener.deregister("object:state-changed:showing")
 
     def picture(self):
         """The tree as text."""
@@ -193,7 +215,20 @@ class ScreenTest(unittest.TestCase):
         return "\n".join(lines)
 
 
+class SampleTest(ScreenTest):
+    """The program on a library with sample models, which answer."""
+
+    @classmethod
+    def prepare(cls):
+        endpoint = cls.start(
+            "quorl-sample-endpoint", "--until-stdin-closes", stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True
+        )
+        url = endpoint.stdout.readline().strip()
+        library = cls.start("quorl-demo-library", "--endpoint", url)
+        assert library.wait(DEADLINE) == 0
+
+
 def main():
-    """Runs the tests of the file it is called from: FILE PROGRAM"""
-    os.environ["QUORL_PROGRAM"] = sys.argv.pop(1)
+    """Runs the tests of the file it is called from: FILE FOLDER, the folder being that of the built programs"""
+    os.environ["QUORL_PROGRAMS"] = sys.argv.pop(1)
     unittest.main(module="__main__")

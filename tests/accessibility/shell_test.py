@@ -12,7 +12,7 @@ class ShellTest(ScreenTest):
                 item("page tab", "History", focusable=True),
                 item("page tab", "Dataset", focusable=True),
             ),
-            item("push button menu", "Tools", description="Models, performance, categories, and API batches"),
+            item("push button", "Tools", description="Models, performance, categories, and API batches"),
         )
 
     def test_an_entry_leads_to_its_screen_and_is_selected(self):
@@ -22,7 +22,7 @@ class ShellTest(ScreenTest):
         self.shows(item("page tab", "Compare", selected=True), item("page tab", "History", selected=False))
 
     def test_the_tools_are_a_menu(self):
-        self.press("push button menu", "Tools")
+        self.press("push button", "Tools")
         self.shows(
             item("menu item", "Models"),
             item("menu item", "Performance"),

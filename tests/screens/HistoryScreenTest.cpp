@@ -2,6 +2,7 @@
 
 #include "base/Format.h"
 #include "decision/Veritor.h"
+#include "screens/Announcer.h"
 #include "screens/WindowTest.h"
 
 #include <QAbstractItemModelTester>
@@ -18,7 +19,7 @@ public:
     explicit Runs(Harness& filled) : harness(filled) {}
 
     QuorlRun add(QuorlRun run) {
-        run.createdAt = Date(std::chrono::system_clock::now()) - std::chrono::minutes(10 * ++count);
+        run.createdAt = harness.clock.now() - std::chrono::minutes(10 * ++count);
         harness.file().insertRun(run);
         return run;
     }
@@ -64,7 +65,7 @@ protected:
     HistoryScreen& open() {
         model = &harness.start();
         adapter = std::make_unique<ModelAdapter>(*model);
-        screen = std::make_unique<HistoryScreen>(*model, *adapter);
+        screen = std::make_unique<HistoryScreen>(ScreenParts{*model, *adapter, services, speaker});
         tester = std::make_unique<QAbstractItemModelTester>(
             screen->runs(), QAbstractItemModelTester::FailureReportingMode::Warning);
         return *screen;
@@ -97,8 +98,10 @@ protected:
         return category.id;
     }
 
-    Harness harness;
+    ScreenHarness harness;
     Runs runs{harness};
+    ScreenServices services = harness.services();
+    Announcer speaker;
     AppModel* model = nullptr;
     std::unique_ptr<ModelAdapter> adapter;
     std::unique_ptr<HistoryScreen> screen;
@@ -314,7 +317,7 @@ TEST_F(HistoryScreenTest, ANewRunComesInWithoutAReset) {
 
     QuorlRun run = makeRun();
     run.prompt = "newer";
-    run.createdAt = Date(std::chrono::system_clock::now());
+    run.createdAt = harness.clock.now();
     harness.file().insertRun(run);
     model->library.reload(harness.file());
     adapter->deliver();
@@ -429,10 +432,13 @@ TEST_F(HistoryScreenTest, AFieldOfNoConcernTellsNobody) {
 TEST_F(HistoryScreenTest, AgesAreToldAgain) {
     runs.add("Why?");
     open();
+    EXPECT_EQ(shown(0, HistoryListModel::WhenRole), "10 min. ago");
     QSignalSpy changed(screen->runs(), &QAbstractItemModel::dataChanged);
+    harness.clock.advance(std::chrono::hours(1));
 
     screen->runs()->refreshAges();
 
+    EXPECT_EQ(shown(0, HistoryListModel::WhenRole), "1 hr. ago");
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed[0][2].value<QList<int>>(),
               (QList<int>{HistoryListModel::WhenRole, HistoryListModel::SpokenRole}));
@@ -529,7 +535,7 @@ private:
     QString age(const char* title) {
         for (const QuorlRun* run : allRuns()) {
             if (run->prompt == title)
-                return QString::fromStdString(Format::when(run->createdAt, std::chrono::system_clock::now()));
+                return QString::fromStdString(Format::when(run->createdAt, harness.clock.now()));
         }
         return {};
     }
@@ -727,7 +733,7 @@ TEST_F(HistoryWindowTest, ANewRunLeavesTheScrolledListWhereItIs) {
     const auto place = window().activeFocusItem()->mapToScene({0, 0}).y();
 
     QuorlRun run = makeRun();
-    run.createdAt = Date(std::chrono::system_clock::now());
+    run.createdAt = harness.clock.now();
     harness.file().insertRun(run);
     harness.model().library.reload(harness.file());
     settle();

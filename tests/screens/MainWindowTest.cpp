@@ -1,6 +1,5 @@
 #include "screens/MainWindow.h"
 
-#include "decision/VeritorResults.h"
 #include "screens/WindowTest.h"
 
 namespace quorl::test {
@@ -130,7 +129,7 @@ TEST_F(MainWindowTest, AnAlertTakesTheKeysAndGoesByItsButtonOrEscape) {
     settle();
     press(Qt::Key_Escape);
     EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return findButton("OK") == nullptr; }, 30'000));
+    EXPECT_TRUE(waitFor([&] { return findButton("OK") == nullptr; }));
 }
 
 TEST_F(MainWindowTest, InANarrowWindowTheAnswersStandBelowAndArePulledUpByAPress) {

@@ -16,6 +16,7 @@ protected:
 
     QQuickWindow& open(QSize size = {1240, 800}) {
         mainWindow = std::make_unique<MainWindow>(harness.show());
+        QCoreApplication::processEvents(); // fits it into the screen of the tests, which is a small one
         window().resize(size);
         window().requestActivate();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
@@ -32,6 +33,12 @@ protected:
             QCoreApplication::processEvents();
             window().grabWindow(); // lays out
         }
+    }
+
+    // Until what moves has come to rest.
+    template <class Condition>
+    static bool waitFor(Condition isDone) {
+        return QTest::qWaitFor(isDone, 30'000);
     }
 
     QQuickItem* find(const QString& name, QAccessible::Role role) {

@@ -28,6 +28,7 @@ T.TabButton {
     Accessible.name: root.title
     Accessible.selectable: true
     Accessible.selected: root.selected
+    Accessible.onPressAction: root.clicked()
 
     HelpText {
         text: root.helpText
