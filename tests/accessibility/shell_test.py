@@ -1,4 +1,4 @@
-from screen_reader import ScreenTest, item, main
+from screen_reader import SampleTest, ScreenTest, item, main
 
 
 class ShellTest(ScreenTest):
@@ -33,6 +33,14 @@ class ShellTest(ScreenTest):
         self.press("menu item", "Models")
         self.lacks("menu item", "API batches")
         self.shows(item("page tab", "Compare", selected=False))
+
+
+class ToastTest(SampleTest):
+    def test_a_toast_is_read_unasked(self):
+        self.press("push button", "Compare")
+        self.find("push button", "Save to dataset")
+        with self.hears("1 examples logged. Your first benchmark example is logged."):
+            self.press("push button", "Save to dataset")
 
 
 if __name__ == "__main__":

@@ -21,6 +21,7 @@ T.Button {
 
     Accessible.name: root.spoken
     Accessible.description: open.text
+    Accessible.onPressAction: root.clicked()
 
     contentItem: Item {}
 

@@ -21,6 +21,8 @@ T.ItemDelegate {
             root.list.positionViewAtIndex(root.ListView.view.currentIndex, ListView.Contain);
     }
 
+    Accessible.onPressAction: root.clicked()
+
     background: Item {
         Rectangle {
             anchors.fill: parent

@@ -11,11 +11,14 @@ T.CheckBox {
 
     function pressByKey(event: KeyEvent) {
         event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
-        if (event.accepted && !event.isAutoRepeat) {
-            root.toggle(); // which is silent
-            root.toggled();
-            root.clicked();
-        }
+        if (event.accepted && !event.isAutoRepeat)
+            root.press();
+    }
+
+    function press() {
+        root.toggle(); // which is silent
+        root.toggled();
+        root.clicked();
     }
 
     implicitWidth: leftPadding + contentItem.implicitWidth
@@ -27,6 +30,8 @@ T.CheckBox {
 
     Accessible.name: root.text
     Accessible.description: root.detail !== "" ? root.detail : root.helpText
+    Accessible.onPressAction: root.press()
+    Accessible.onToggleAction: root.press()
 
     HelpText {
         text: root.helpText

@@ -36,6 +36,8 @@ T.RadioButton {
     Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
     Accessible.checkable: true
     Accessible.checked: root.isOn
+    Accessible.onPressAction: root.clicked()
+    Accessible.onToggleAction: root.clicked()
 
     HelpText {
         text: root.helpText

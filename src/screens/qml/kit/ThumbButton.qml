@@ -29,6 +29,8 @@ T.CheckBox {
     Accessible.name: root.accessibleName
     Accessible.checkable: true
     Accessible.checked: root.checked
+    Accessible.onPressAction: root.clicked()
+    Accessible.onToggleAction: root.clicked()
 
     HelpText {
         text: root.helpText

@@ -12,11 +12,14 @@ T.Switch {
 
     function pressByKey(event: KeyEvent) {
         event.accepted = !(event.modifiers & Qt.ControlModifier); // which belongs to the run button
-        if (event.accepted && !event.isAutoRepeat) {
-            root.toggle(); // which is silent
-            root.toggled();
-            root.clicked();
-        }
+        if (event.accepted && !event.isAutoRepeat)
+            root.press();
+    }
+
+    function press() {
+        root.toggle(); // which is silent
+        root.toggled();
+        root.clicked();
     }
 
     implicitWidth: 36 + (root.text !== "" ? 12 + contentItem.implicitWidth : 0)
@@ -32,6 +35,8 @@ T.Switch {
     Accessible.description: root.detail !== "" ? root.detail : root.helpText
     Accessible.checkable: true
     Accessible.checked: root.checked
+    Accessible.onPressAction: root.press()
+    Accessible.onToggleAction: root.press()
 
     HelpText {
         text: root.helpText
