@@ -115,8 +115,7 @@ QString HistoryListModel::spoken(const QModelIndex& index) const {
 }
 
 const std::string& HistoryListModel::categoryPath(const std::optional<UUID>& id) const {
-    // No category has the identifier of all zeros, under which those without one are kept.
-    const auto [entry, isNew] = categoryPaths.try_emplace(id.value_or(UUID()));
+    const auto [entry, isNew] = categoryPaths.try_emplace(id);
     if (isNew)
         entry->second = ScoreMath::categoryName(id, library.categories());
     return entry->second;

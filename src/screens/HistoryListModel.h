@@ -50,7 +50,7 @@ private:
     const Library& library;
     const Clock& clock;
     // Few, and every run that is searched has one.
-    mutable std::unordered_map<UUID, std::string> categoryPaths;
+    mutable std::unordered_map<std::optional<UUID>, std::string> categoryPaths;
 };
 
 } // namespace quorl

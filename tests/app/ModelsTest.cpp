@@ -121,6 +121,36 @@ TEST_F(ModelsTest, CredentialsOfAnUnknownModelAreTakenAsOpenAIs) {
     EXPECT_EQ(*model().secretFlags.find(unknown), false);
 }
 
+TEST_F(ModelsTest, PastedCredentialsAreTrimmedAndBlankFieldsKeepWhatIsSaved) {
+    model().saveSecret(first.id, {"key", "access", "secret", "token"});
+
+    model().mergeSecret(first.id, {" new key\n", "", "  ", ""});
+
+    EXPECT_EQ(*ModelSecret::fromJSON(harness.keychain.items.at({"com.quorltest.app", first.id.text()})),
+              (ModelSecret{"new key", "access", "", "token"}));
+    EXPECT_FALSE(*model().alertMessage);
+}
+
+TEST_F(ModelsTest, NothingPastedIsSaidAndChangesNothing) {
+    const auto before = harness.keychain.items;
+
+    model().mergeSecret(first.id, {});
+
+    EXPECT_EQ(*model().alertMessage, "Paste a key first. A blank field keeps the saved credential.");
+    EXPECT_EQ(harness.keychain.items, before);
+}
+
+TEST_F(ModelsTest, WhetherCredentialsSufficeDependsOnTheKindOfTheMoment) {
+    EXPECT_TRUE(model().hasUsableSecret(first));
+
+    first.provider = ProviderKind::amazonBedrock;
+    EXPECT_FALSE(model().hasUsableSecret(first));
+    model().saveSecret(first.id, {"", "access", "", ""});
+    EXPECT_FALSE(model().hasUsableSecret(first));
+    model().saveSecret(first.id, {"", "access", "secret", ""});
+    EXPECT_TRUE(model().hasUsableSecret(first));
+}
+
 TEST_F(ModelsTest, ClearingCredentialsClearsItemAndFlag) {
     model().clearSecret(first.id);
 
