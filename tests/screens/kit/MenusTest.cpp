@@ -71,6 +71,15 @@ TEST_F(KitMenus, AreChosenFromByAClick) {
     EXPECT_FALSE(find("button").property("visualFocus").toBool());
 }
 
+TEST_F(KitMenus, OpenAgainWhileTheyStillFadeOut) {
+    click(find("button"));
+    ASSERT_TRUE(waitFor([&] { return isOpen(menu()); }));
+    QTest::mouseClick(&window, Qt::LeftButton, {}, middle(*findShown("Models")));
+    QTest::mouseClick(&window, Qt::LeftButton, {}, middle(find("button")));
+
+    EXPECT_TRUE(waitFor([&] { return isOpen(menu()); }));
+}
+
 TEST_F(KitMenus, DoNothingForAnEntryThatIsOff) {
     click(find("button"));
     ASSERT_TRUE(waitFor([&] { return isOpen(menu()); }));

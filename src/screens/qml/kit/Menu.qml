@@ -9,6 +9,7 @@ T.Menu {
     property real minimumWidth: 160
     property bool alignRight // with the right edge of what it hangs from
     property real rise: 0 // of what comes in, in pixels
+    property bool isLeaving // chosen from or given up, and still fading out
 
     readonly property real room: parent ? parent.Window.height - 2 * Theme.fromEdges : 0
     readonly property bool isInside: parent !== null && (parent as T.MenuItem) !== null
@@ -16,6 +17,7 @@ T.Menu {
     readonly property Placement placement: Placement {}
 
     function prepare() {
+        root.isLeaving = false;
         root.keeper.keep(root.parent);
         if (!root.isInside)
             root.placement.choose(root.parent, root.implicitWidth, root.implicitHeight, root.alignRight);
@@ -33,6 +35,7 @@ T.Menu {
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
     onAboutToShow: root.prepare()
     onAboutToHide: {
+        root.isLeaving = true;
         if (!root.isInside)
             root.keeper.giveBack(root.contentItem);
     }

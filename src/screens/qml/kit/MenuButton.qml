@@ -36,7 +36,7 @@ PlainButton {
 
     implicitWidth: root.iconOnly ? root.size : label.implicitWidth + root.leftPadding + root.rightPadding
     implicitHeight: root.iconOnly ? root.size : root.isNavigation ? Theme.primaryHeight : Theme.controlHeight
-    isOpen: root.menu !== null && root.menu.visible && root.menu.parent === root
+    isOpen: root.menu !== null && root.menu.visible && !root.menu.isLeaving && root.menu.parent === root
     onClicked: root.toggleMenu()
     Keys.onDownPressed: root.toggleMenu()
 
