@@ -2,6 +2,7 @@
 
 #include "decision/Veritor.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quorl {
@@ -59,6 +60,15 @@ std::vector<const AnswerCardModel*> AnswerCardListModel::showRun(const QuorlRun*
     dropCards(answers);
     answerCorrection.follow();
     return arrived;
+}
+
+QString AnswerCardListModel::spoken(const std::vector<const AnswerCardModel*>& arrived) const {
+    if (arrived.size() == 1)
+        return arrived.front()->spokenOutcome();
+    const auto isFinished = [](const auto& entry) {
+        return entry.second->state() != AnswerCardModel::State::Running;
+    };
+    return tr("Answers %1 of %2").arg(std::ranges::count_if(cards, isFinished)).arg(cards.size());
 }
 
 std::vector<const AnswerCardModel*> AnswerCardListModel::updateCards(std::span<const ModelAnswer> answers) {

@@ -40,6 +40,9 @@ public:
     /// The answers of that run; null for none. Answers the cards whose answer has come since the last time.
     std::vector<const AnswerCardModel*> showRun(const QuorlRun* run, std::span<const ModelAnswer> answers);
 
+    /// What a screen reader says of answers that have come; of several, how many, or nobody could listen.
+    [[nodiscard]] QString spoken(const std::vector<const AnswerCardModel*>& arrived) const;
+
     /// Each card holds one short answer, so that they are compared best in one column.
     [[nodiscard]] bool isReadDown() const {
         return common.kind == QuorlKind::decision && common.questions.size() <= 1;

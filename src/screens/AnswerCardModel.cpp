@@ -33,6 +33,15 @@ QVariantMap shownResult(const DecisionResult& result) {
             {QStringLiteral("signals"), signalRows}};
 }
 
+std::string spokenResults(const std::vector<DecisionResult>& results) {
+    if (results.size() == 1)
+        return results.front().answer;
+    std::string words;
+    for (const auto& result : results)
+        words.append(words.empty() ? "" : ", ").append(result.prompt).append(": ").append(result.answer);
+    return words;
+}
+
 // All but the judgements.
 bool isSameAnswer(const ModelAnswer& left, ModelAnswer right) {
     right.chosenCorrect = left.chosenCorrect;
@@ -206,7 +215,7 @@ QString AnswerCardModel::spokenOutcome() const {
     if (state() == State::Failed)
         return tr("%1: Couldn't get an answer").arg(modelName());
     const auto& found = decisionResults();
-    const std::string_view words = found.empty() ? answer.text : found.front().answer;
+    const std::string words = found.empty() ? answer.text : spokenResults(found);
     return modelName() + QLatin1String(": ") + toQString(Text::firstCharacters(words, spokenCharacters));
 }
 

@@ -87,7 +87,8 @@ void AnswersReview::refresh() {
         shown = std::move(next);
         Q_EMIT changed();
     }
-    announce(answers.showRun(run, ofRun));
+    if (const auto arrived = answers.showRun(run, ofRun); !arrived.empty())
+        speaker.announce(answers.spoken(arrived));
 }
 
 const QuorlRun* AnswersReview::activeRun() const {
@@ -116,14 +117,6 @@ AnswersReview::Shown AnswersReview::current(const QuorlRun* run, std::span<const
         next.question = questionOf(*run);
     }
     return next;
-}
-
-// Answers that come together are counted, or nobody could listen.
-void AnswersReview::announce(const std::vector<const AnswerCardModel*>& arrived) {
-    if (arrived.size() == 1)
-        speaker.announce(arrived.front()->spokenOutcome());
-    else if (!arrived.empty())
-        speaker.announce(tr("Answers %1").arg(finishedCount()));
 }
 
 } // namespace quorl

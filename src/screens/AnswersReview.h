@@ -88,7 +88,6 @@ private:
     [[nodiscard]] const QuorlRun* activeRun() const;
     [[nodiscard]] std::vector<const QuorlRun*> batchOf(const QuorlRun* run) const;
     [[nodiscard]] Shown current(const QuorlRun* run, std::span<const ModelAnswer> of) const;
-    void announce(const std::vector<const AnswerCardModel*>& arrived);
 
     AppModel& model;
     Announcer& speaker;

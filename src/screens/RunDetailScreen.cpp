@@ -35,8 +35,9 @@ void RunDetailScreen::refresh() {
     }
     const auto arrived =
         answers.showRun(run, run ? model.library.answersOfRun(runID) : std::span<const ModelAnswer>());
-    if (arrived.size() == 1)
-        speaker.announce(arrived.front()->spokenOutcome());
+    const bool isOnCompare = *model.activeRunID == runID; // whose review has said it
+    if (!arrived.empty() && !isOnCompare)
+        speaker.announce(answers.spoken(arrived));
 }
 
 RunDetailScreen::Shown RunDetailScreen::current(const QuorlRun& run) const {

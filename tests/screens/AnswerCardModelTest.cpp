@@ -330,5 +330,14 @@ TEST_F(AnswerCardModelTest, SaysAloudWhatHasCome) {
     EXPECT_EQ(card.spokenOutcome().size(), 305);
 }
 
+TEST_F(AnswerCardModelTest, SaysEveryResultWithItsQuestion) {
+    const AnswerCardModel& card =
+        show(harness.addDecision({makeChoice("tone", {"Warm", "Cold"}), makeScore("goodwill")},
+                                 R"({"answers":{"goodwill":{"score":3.625,"type":"score"},)"
+                                 R"("tone":{"choice":"Warm","type":"choice"}}})"));
+
+    EXPECT_EQ(card.spokenOutcome(), QStringLiteral("Zun: goodwill: 3.62, tone: Warm"));
+}
+
 } // namespace
 } // namespace quorl::test

@@ -5,6 +5,8 @@
 
 #include <QSignalSpy>
 
+#include <map>
+
 namespace quorl::test {
 namespace {
 
@@ -90,13 +92,17 @@ protected:
         return QAccessible::queryAccessibleInterface(item)->state().checked;
     }
 
+    // From top to bottom.
     QStringList menuEntries() {
-        QStringList names;
+        std::map<qreal, QString> entries;
         for (const char* name : {"Response details", "Copy response", "Run again", "Remove from dataset",
                                  "Mark as preferred answer", "Clear preferred answer"}) {
-            if (window.entry(name))
-                names.append(QString::fromUtf8(name));
+            if (QQuickItem* const entry = window.entry(name))
+                entries[entry->mapToScene({}).y()] = QString::fromUtf8(name);
         }
+        QStringList names;
+        for (const auto& [place, name] : entries)
+            names.append(name);
         return names;
     }
 
@@ -231,6 +237,23 @@ TEST_F(AnswersPaneTest, ADecisionIsPreferredFromItsMenu) {
     window.click(window.menuButton("Actions for Zun"));
     window.choose("Clear preferred answer");
     EXPECT_FALSE(harness.answer().chosenCorrect);
+}
+
+TEST_F(AnswersPaneTest, TheMenuOfASavedDecisionHoldsEverythingInOrder) {
+    open(addChoice());
+    harness.model().saveToDataset(harness.answer().id, std::nullopt, std::nullopt, std::nullopt);
+    window.settle();
+
+    window.click(window.menuButton("Actions for Zun"));
+
+    EXPECT_EQ(menuEntries(), (QStringList{QStringLiteral("Response details"), QStringLiteral("Copy response"),
+                                          QStringLiteral("Run again"), QStringLiteral("Remove from dataset"),
+                                          QStringLiteral("Mark as preferred answer")}));
+    EXPECT_GE(window.entry("Mark as preferred answer")->width(),
+              window.entry("Mark as preferred answer")->implicitWidth()); // nothing of it is cut
+    window.choose("Remove from dataset");
+    EXPECT_EQ(harness.answer().datasetID, std::nullopt);
+    EXPECT_EQ(harness.model().library.dataset().size(), 0u);
 }
 
 TEST_F(AnswersPaneTest, TheDetailsTellWhatIsKnown) {
@@ -405,6 +428,31 @@ TEST_F(AnswersPaneTest, KeysMoveBetweenCardsAndJudgeTheOneThatHasTheKeyboard) {
     EXPECT_EQ(window.focused(), "Model 2");
 }
 
+TEST_F(AnswersPaneTest, TabLeadsFromACardToItsControlsAndBack) {
+    open(addRun({"a", "b"}));
+    window.press(Qt::Key_J);
+    window.press(Qt::Key_J);
+    ASSERT_EQ(window.focused(), "Model 2");
+
+    window.press(Qt::Key_Tab);
+    EXPECT_EQ(window.focused(), "Actions for Model 2");
+
+    window.press(Qt::Key_K);
+    ASSERT_EQ(window.focused(), "Model 1");
+    window.press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(window.focused(), "Reset comparison");
+}
+
+TEST_F(AnswersPaneTest, AKeyJudgesTheCardThatAControlInItHasTheKeyboardOf) {
+    open(addRun({"a", "b"}));
+    window.menuButton("Actions for Model 2")->forceActiveFocus(Qt::TabFocusReason);
+
+    window.press(Qt::Key_Y);
+
+    EXPECT_EQ(harness.answer(0).accepted, std::nullopt);
+    EXPECT_EQ(harness.answer(1).accepted, true);
+}
+
 TEST_F(AnswersPaneTest, DigitsRate) {
     open(addRun({"a"}, ScoringMode::scale));
     window.press(Qt::Key_J);
@@ -461,6 +509,31 @@ TEST_F(AnswersPaneTest, ABatchIsSteppedThrough) {
     EXPECT_EQ(window.focused(), "Test model");
     window.press(Qt::Key_H);
     EXPECT_NE(window.selectable("Question A?"), nullptr);
+}
+
+TEST_F(AnswersPaneTest, KeysJudgeQuestionAfterQuestion) {
+    openBatch(2, 0);
+    window.press(Qt::Key_J);
+    window.press(Qt::Key_Y);
+    window.press(Qt::Key_L);
+    window.press(Qt::Key_Y);
+    EXPECT_EQ(harness.answer(0).accepted, true);
+    EXPECT_EQ(harness.answer(1).accepted, true);
+
+    window.press(Qt::Key_H);
+    window.press(Qt::Key_Y);
+    EXPECT_EQ(harness.answer(0).accepted, std::nullopt);
+}
+
+TEST_F(AnswersPaneTest, BeforeTheFirstQuestionThereIsNone) {
+    openBatch(2, 0);
+    QQuickItem* const reset = window.button("Reset comparison");
+    reset->forceActiveFocus(Qt::TabFocusReason);
+
+    window.press(Qt::Key_H);
+
+    EXPECT_EQ(*harness.model().activeRunID, batchRuns[0].id);
+    EXPECT_EQ(window.focused(), "Reset comparison");
 }
 
 TEST_F(AnswersPaneTest, DoneEndsTheBatch) {
@@ -687,6 +760,16 @@ TEST_F(RunDetailTest, ShowsWhatWasAskedAndAnswered) {
     window.press(Qt::Key_J);
     window.press(Qt::Key_Y);
     EXPECT_EQ(harness.answer().accepted, true);
+}
+
+TEST_F(RunDetailTest, HasNoOtherQuestions) {
+    openDetail(addRun({"That way."}));
+    window.button("Delete")->forceActiveFocus(Qt::TabFocusReason);
+
+    window.press(Qt::Key_L);
+    window.press(Qt::Key_H);
+
+    EXPECT_EQ(window.focused(), "Delete");
 }
 
 TEST_F(RunDetailTest, VariesAndDeletes) {

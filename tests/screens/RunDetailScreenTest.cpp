@@ -107,6 +107,47 @@ TEST_F(RunDetailScreenTest, TheAgeGrowsWithTime) {
     EXPECT_EQ(screen.subtitle(), QStringLiteral("Uncategorized · 4 hr. ago"));
 }
 
+class ArrivingAnswersTest : public RunDetailScreenTest {
+protected:
+    // A run with two answers under way.
+    void SetUp() override {
+        const QuorlRun run = makeRun();
+        show(harness.add(run, {makeAnswer(run.id), makeAnswer(run.id, 1)}));
+        for (const std::size_t place : {0u, 1u})
+            harness.change(place, [](ModelAnswer& answer) { answer.state = AnswerState::running; });
+    }
+
+    void finish(std::size_t place) {
+        ModelAnswer answer = harness.answer(place);
+        answer.state = AnswerState::done;
+        harness.model().library.replaceAnswer(answer);
+    }
+};
+
+TEST_F(ArrivingAnswersTest, OneIsSaidAloud) {
+    harness.model().newComparison();
+    finish(0);
+    AnswersHarness::endTurn();
+
+    EXPECT_EQ(harness.announcer.words(), QStringLiteral("Test model: That way."));
+}
+
+TEST_F(ArrivingAnswersTest, SeveralAreCounted) {
+    harness.model().newComparison();
+    finish(0);
+    finish(1);
+    AnswersHarness::endTurn();
+
+    EXPECT_EQ(harness.announcer.words(), QStringLiteral("Answers 2 of 2"));
+}
+
+TEST_F(ArrivingAnswersTest, ThoseOfTheRunOnCompareAreSaidThereAndNotTwice) {
+    finish(0);
+    AnswersHarness::endTurn();
+
+    EXPECT_EQ(harness.announcer.words(), QString());
+}
+
 TEST_F(RunDetailScreenTest, AJudgementRedrawsOneCardAndNothingElse) {
     const QuorlRun run = makeRun();
     show(harness.add(run, {makeAnswer(run.id)}));

@@ -16,8 +16,7 @@ Grid {
                                                            : Math.max(1, Math.floor((root.width + root.spacing) / (340 + root.spacing)))
     readonly property real cardWidth: Math.min(720, (root.width + root.spacing) / root.columns - root.spacing)
 
-    property int current: -1 // the row that has the keyboard
-    readonly property AnswerCardModel currentCard: root.current < 0 ? null : (repeater.itemAt(root.current) as JudgedAnswer).card
+    property JudgedAnswer current // which has the keyboard
 
     function focusRow(row: int) {
         const card = repeater.itemAt(Math.max(0, Math.min(row, repeater.count - 1))) as JudgedAnswer;
@@ -37,7 +36,6 @@ Grid {
         delegate: JudgedAnswer {
             id: item
 
-            required property int index
             readonly property bool isPlaced: item.y > 0 || item.index < root.columns // at first all lie at the top
 
             width: root.cardWidth
@@ -47,9 +45,9 @@ Grid {
             isNear: item.isPlaced && item.y < root.pane.contentY + 1.5 * root.pane.height + 200
             onActiveFocusChanged: {
                 if (item.activeFocus)
-                    root.current = item.index;
-                else if (root.current === item.index)
-                    root.current = -1;
+                    root.current = item;
+                else if (root.current === item)
+                    root.current = null;
             }
         }
     }

@@ -11,6 +11,8 @@ Item {
 
     required property bool isOn
     required property AnswerCards cards // null while there are none
+    property bool canGoOn
+    property bool canGoBack
 
     component DigitKey: Shortcut {
         required property int value
@@ -37,14 +39,17 @@ Item {
         root.cards.focusRow(row);
     }
 
+    function goBy(rows: int) {
+        root.go(root.cards.current ? root.cards.current.index + rows : 0);
+    }
+
     // The first press shows which card the next ones would judge.
     function judge(by: var) {
-        if (root.cards.currentCard)
-            by(root.cards.currentCard);
+        if (root.cards.current)
+            by(root.cards.current.card);
         else
             root.go(0);
     }
-
 
     // The cards of the other question are there with the next turn of the event loop.
     Timer {
@@ -60,12 +65,12 @@ Item {
     Shortcut {
         sequences: ["J", "Alt+Down"]
         enabled: root.judges
-        onActivated: root.go(root.cards.current + 1)
+        onActivated: root.goBy(1)
     }
     Shortcut {
         sequences: ["K", "Alt+Up"]
         enabled: root.judges
-        onActivated: root.go(root.cards.current - 1)
+        onActivated: root.goBy(-1)
     }
     Shortcut {
         sequences: ["Y"]
@@ -82,7 +87,7 @@ Item {
     Shortcut {
         sequences: ["L", "Alt+Right"]
         autoRepeat: false
-        enabled: root.takesKeys
+        enabled: root.takesKeys && root.canGoOn
         onActivated: {
             root.nextRequested();
             arrival.start();
@@ -91,7 +96,7 @@ Item {
     Shortcut {
         sequences: ["H", "Alt+Left"]
         autoRepeat: false
-        enabled: root.takesKeys
+        enabled: root.takesKeys && root.canGoBack
         onActivated: {
             root.previousRequested();
             arrival.start();

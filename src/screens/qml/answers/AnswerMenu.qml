@@ -25,7 +25,7 @@ Menu {
         root.put(afterDataset, prefer, root.card.canPrefer);
     }
 
-    minimumWidth: 190
+    minimumWidth: Math.max(190, prefer.implicitWidth + leftPadding + rightPadding) // which comes and goes
     onAboutToShow: {
         root.fill();
         root.prepare(); // with the size that it has now

@@ -14,6 +14,8 @@ Card {
     implicitHeight: body.y + body.height
     border.color: root.card.isPreferred ? Theme.accent : root.edge
     border.width: root.card.isPreferred ? 2 : 1
+    Keys.onTabPressed: root.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: root.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     Accessible.role: Accessible.Grouping
     Accessible.name: root.card.modelName

@@ -127,6 +127,8 @@ Item {
     AnswerKeys {
         isOn: root.visible && root.review.hasRun
         cards: body.cards
+        canGoOn: true
+        canGoBack: root.review.canStepBack
         onNextRequested: root.review.next()
         onPreviousRequested: root.review.stepBack()
     }

@@ -9,6 +9,7 @@ FocusScope {
     required property AnswerTools tools
     required property ScrollPane pane
     required property bool isNear
+    required property int index
 
     function takeKeyboard() {
         plate.active = true;
