@@ -226,5 +226,28 @@ TEST_F(KitFields, ACheckBoxIsTurnedByClickSpaceAndReturn) {
     EXPECT_FALSE(accessible(check).state().checked);
 }
 
+TEST_F(KitFields, OfOneLineAreReadFromTheBeginningUnlessOneWritesInThem) {
+    QQuickItem& field = find("plain");
+    const auto beginning = [&] {
+        QRectF caret;
+        QMetaObject::invokeMethod(&field, "positionToRectangle", Q_RETURN_ARG(QRectF, caret), Q_ARG(int, 0));
+        return caret.x();
+    };
+    const qreal atRest = beginning();
+    field.setProperty("text", QStringLiteral("word ").repeated(100));
+    settle();
+    EXPECT_EQ(beginning(), atRest);
+
+    click(field);
+    press(Qt::Key_End);
+    EXPECT_LT(beginning(), atRest);
+
+    press(Qt::Key_Tab);
+    EXPECT_EQ(beginning(), atRest);
+    field.setWidth(field.width() / 2);
+    settle();
+    EXPECT_EQ(beginning(), atRest);
+}
+
 } // namespace
 } // namespace quorl::test

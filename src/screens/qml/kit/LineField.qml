@@ -6,6 +6,13 @@ import Quorl
 T.TextField {
     id: root
 
+    // A text that is longer than its field is read from its beginning, wherever the caret was left.
+    // Called later, since the field goes to its caret after it has told of a change.
+    function showBeginning() {
+        if (!root.activeFocus)
+            root.ensureVisible(0);
+    }
+
     implicitHeight: Theme.controlHeight
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
@@ -15,6 +22,9 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.surface
     opacity: enabled ? 1 : Theme.disabledOpacity
+    onTextChanged: Qt.callLater(root.showBeginning)
+    onWidthChanged: Qt.callLater(root.showBeginning)
+    onActiveFocusChanged: Qt.callLater(root.showBeginning)
 
     Accessible.name: root.placeholderText
 
