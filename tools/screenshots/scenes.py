@@ -125,7 +125,7 @@ class Scenes(SampleTest):
     def answers(self):
         self.press("push button", "Compare")
         self.take("all-running", wait=0.15)
-        self.wait_for(lambda: len(self.named("push button", "Save to dataset")) == 4)
+        self.wait_for_answers()
         self.take("answers")
         self.press_first("Actions for Sample · Brief")
         self.take("card-menu")
@@ -144,7 +144,7 @@ class Scenes(SampleTest):
         self.mode("Decision models")
         self.take("decision-composer")
         self.press("push button", "Compare")
-        self.wait_for(lambda: len(self.named("push button", "Save to dataset")) >= 2)
+        self.wait_for_answers()
         self.take("decision-answers")
         self.press_first("Top choice probabilities")
         self.take("probabilities")
@@ -171,7 +171,7 @@ class Scenes(SampleTest):
         self.press("push button", "Paste list")
         self.take("paste-sheet")
         self.key("Escape")
-        self.press_first("Run 1 question", "Run 3 questions")
+        self.act(self.first(lambda found: found.get_name().startswith("Run "), "run button"))
         self.take("validation")
         self.mode("Ask language models")
 
@@ -196,15 +196,20 @@ class Scenes(SampleTest):
         self.go("History")
         self.take("history")
         self.press_nth("list item", 0)
-        self.take("run-detail")
+        self.take("run-reopened")
         self.go("History")
         self.type_into("Search comparison history", "customer")
         self.take("history-search")
         self.key("BackSpace", 8)
         self.go("Dataset")
         self.take("dataset")
-        self.press_nth("list item", 0)
+        self.press("push button", "Training set")
         self.take("dataset-open")
+        self.press_nth("list item", 0)
+        self.take("example-open")
+        self.tool("API batches")
+        self.press("push button", "Open")
+        self.take("run-detail")
         self.tool("Performance")
         self.take("performance")
         self.tool("Categories")
@@ -255,8 +260,9 @@ class Scenes(SampleTest):
     def found(self, fits):
         return [found for found in self.everything() if has_state(found, "showing") and fits(found)]
 
-    def named(self, role, *names):
-        return self.found(lambda found: found.get_role_name() == role and found.get_name() in names)
+    def wait_for_answers(self):
+        self.first(lambda found: found.get_name() == "Save to dataset", "answer")
+        self.wait_for(lambda: not self.found(lambda found: found.get_name().startswith("Waiting for a response from ")))
 
     def first(self, fits, what):
         return self.wait_for(lambda: self.found(fits), lambda: f"no {what}")[0]
