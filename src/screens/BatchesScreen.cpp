@@ -2,7 +2,6 @@
 
 #include "app/ScoreMath.h"
 #include "base/Format.h"
-#include "base/Text.h"
 #include "screens/Strings.h"
 
 #include <algorithm>
@@ -14,6 +13,7 @@ namespace {
 
 constexpr int minute = 60'000;
 constexpr const char* listening = "Listening";
+constexpr std::size_t charactersInRow = 300; // more than it can show
 
 QString statusWord(BatchStatus status) {
     switch (status) {
@@ -33,12 +33,6 @@ QString originWord(RunOrigin origin) {
         return BatchesScreen::tr("App");
     }
     Q_UNREACHABLE();
-}
-
-// What a row can show of a text, which may be long and of many lines.
-QString oneLine(const std::string& text) {
-    constexpr std::size_t charactersInRow = 300;
-    return toQString(Text::firstCharacters(text, charactersInRow)).simplified();
 }
 
 } // namespace
@@ -154,7 +148,7 @@ void BatchesScreen::refreshDetail(const QuorlBatch* batch) {
 
 BatchRow BatchesScreen::makeRow(const QuorlBatch& batch) const {
     return {.id = batch.id,
-            .name = toQString(batch.name),
+            .name = startOf(batch.name, charactersInRow),
             .kind = toQString(quorl::title(batch.kind)),
             .count = QString::number(model.library.runsOfBatch(batch.id).size()),
             .status = statusWord(batch.status),
@@ -170,7 +164,7 @@ BatchItemRow BatchesScreen::makeItem(const QuorlRun& run) const {
     };
     const auto failed = count(AnswerState::failed);
     return {.id = run.id,
-            .prompt = oneLine(run.prompt),
+            .prompt = startOf(run.prompt, charactersInRow),
             .category = toQString(ScoreMath::categoryName(run.categoryID, model.library.categories())),
             .models = tr("%1 models").arg(answers.size()), // of one too
             .running = count(AnswerState::running) > 0 ? tr("Running") : QString(),

@@ -1,7 +1,6 @@
 #include "screens/DatasetListModel.h"
 
 #include "app/ScoreMath.h"
-#include "base/Text.h"
 #include "screens/Strings.h"
 
 namespace quorl {
@@ -10,10 +9,6 @@ namespace {
 
 // More than two lines of the widest window hold, even where much of it is white space.
 constexpr std::size_t shownCharacters = 2000;
-
-QString firstLines(std::string_view text) {
-    return toQString(Text::firstCharacters(Text::trimmed(text), shownCharacters)).simplified();
-}
 
 QString judgment(const DatasetExample& example) {
     if (example.rating)
@@ -36,9 +31,9 @@ QVariant DatasetListModel::data(const QModelIndex& index, int role) const {
         return toQString(example->id.text());
     case Qt::DisplayRole:
     case PromptRole:
-        return firstLines(example->prompt);
+        return startOf(example->prompt, shownCharacters);
     case CompletionRole:
-        return firstLines(example->completion);
+        return startOf(example->completion, shownCharacters);
     case CategoryRole:
         return toQString(ScoreMath::categoryName(example->categoryID, library.categories()));
     case ModelNameRole:

@@ -15,6 +15,8 @@ namespace quorl {
 
 namespace {
 
+constexpr std::size_t charactersInRow = 300; // more than it can show
+
 // Of each batch its newest run alone.
 std::vector<UUID> listedRuns(const Library& library) {
     std::vector<const QuorlRun*> runs;
@@ -68,7 +70,7 @@ QVariant HistoryListModel::data(const QModelIndex& index, int role) const {
         return toQString(run->id.text());
     case Qt::DisplayRole:
     case TitleRole:
-        return toQString(title(*run));
+        return startOf(title(*run), charactersInRow);
     case LabelRole:
         return label(*run);
     case CategoryRole:

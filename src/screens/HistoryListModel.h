@@ -22,7 +22,7 @@ public:
 
     enum Role {
         RunIDRole = Qt::UserRole,
-        TitleRole, // may be empty: a question need not have a name
+        TitleRole, // in one line; may be empty: a question need not have a name
         LabelRole, // "Single question", "Bulk · 24 questions"
         CategoryRole,
         ModelsRole, // "3 models"

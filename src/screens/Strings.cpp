@@ -1,5 +1,7 @@
 #include "screens/Strings.h"
 
+#include "base/Text.h"
+
 namespace quorl {
 
 QString asEdited(QString text) {
@@ -19,6 +21,10 @@ QString asEdited(QString text) {
         }
     }
     return text;
+}
+
+QString startOf(std::string_view text, std::size_t characters) {
+    return toQString(Text::firstCharacters(Text::trimmed(text), characters)).simplified();
 }
 
 } // namespace quorl

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,9 @@ namespace quorl {
 /// `text` as a text editor holds it. A document has one kind of line end and no separate no-break space, so
 /// that what an editor gives back can differ from what it was given although nobody has typed.
 [[nodiscard]] QString asEdited(QString text);
+
+/// The start of `text`, as far as that many characters go, for a place that shows no more of it: without
+/// white space at its ends, and with each run of it inside as one blank.
+[[nodiscard]] QString startOf(std::string_view text, std::size_t characters);
 
 } // namespace quorl

@@ -4,6 +4,7 @@
 #include "screens/WindowTest.h"
 
 #include <QAbstractItemModelTester>
+#include <QColor>
 
 namespace quorl::test {
 namespace {
@@ -26,8 +27,10 @@ public:
     }
 
     QuorlRun addRun(const QuorlBatch& batch, const std::string& prompt,
-                    const std::vector<AnswerState>& states) {
+                    const std::vector<AnswerState>& states,
+                    const std::optional<UUID>& category = std::nullopt) {
         QuorlRun run = makeRun();
+        run.categoryID = category;
         run.prompt = prompt;
         run.batchID = batch.id;
         run.createdAt = batch.createdAt + std::chrono::seconds(count++);
@@ -117,6 +120,17 @@ TEST_F(BatchesScreenTest, ListsTheBatchesOfProgramsNewestFirst) {
     EXPECT_EQ(cell(list, 0, BatchListModel::WhenRole), "2 hr. ago");
     EXPECT_EQ(cell(list, 1, BatchListModel::BatchNameRole), "Older");
     EXPECT_EQ(cell(list, 1, BatchListModel::RunCountRole), "0");
+}
+
+TEST_F(BatchesScreenTest, ANameOfManyLinesIsOneInItsRow) {
+    batches.add("Night\n  run");
+    BatchesScreen& screen = open();
+
+    screen.select(0);
+    ScreenHarness::endTurn();
+
+    EXPECT_EQ(cell(screen.batches(), 0, BatchListModel::BatchNameRole), "Night run");
+    EXPECT_EQ(screen.title(), QStringLiteral("Night\n  run"));
 }
 
 TEST_F(BatchesScreenTest, TellsHowFarARunningBatchHasCome) {
@@ -233,6 +247,70 @@ TEST_F(BatchesWindowTest, SaysWhatWillBeHere) {
                  "opens as a comparison."),
         nullptr);
     EXPECT_NE(findSelectable("http://127.0.0.1:47821"), nullptr);
+}
+
+TEST_F(BatchesWindowTest, ShowsHowProgramsReachTheWorkspace) {
+    openBatches();
+    AppModel& model = harness.model();
+    model.apiToken = "0123456789abcdef";
+    model.apiMessage = "Listening";
+    settle();
+
+    EXPECT_NE(find(QStringLiteral("Batches"), QAccessible::Heading), nullptr);
+    EXPECT_NE(findText("API"), nullptr);
+    EXPECT_NE(find(QStringLiteral("Local API"), QAccessible::Heading), nullptr);
+    EXPECT_NE(findText("Base URL"), nullptr);
+    EXPECT_NE(findText("Token"), nullptr);
+    EXPECT_NE(findSelectable("0123456789abcdef"), nullptr);
+    EXPECT_NE(findSelectable("Authorization: Bearer 0123456789abcdef"), nullptr);
+    EXPECT_EQ(findText("Listening")->property("color"), QColor("#3368A0"));
+
+    model.apiMessage = "Address already in use";
+    settle();
+
+    EXPECT_EQ(findText("Address already in use")->property("color"), QColor("#B42318"));
+}
+
+TEST_F(BatchesWindowTest, TheItemsAreOneStopAndTheArrowsMoveAmongThem) {
+    const QuorlBatch batch = batches.add("Night run");
+    batches.addRun(batch, "One", {AnswerState::done});
+    const QuorlRun second = batches.addRun(batch, "Two", {AnswerState::done});
+    batches.addRun(batch, "Three", {AnswerState::done});
+    openBatches();
+    harness.model().selectedBatchID = batch.id;
+    settle();
+    findButton("Delete")->forceActiveFocus();
+
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "One, Uncategorized, 1 models");
+    press(Qt::Key_End);
+    EXPECT_EQ(focused(), "Three, Uncategorized, 1 models");
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), "Three, Uncategorized, 1 models");
+    press(Qt::Key_Up);
+    EXPECT_EQ(focused(), "Two, Uncategorized, 1 models");
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(focused(), "Delete");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Two, Uncategorized, 1 models");
+    press(Qt::Key_Return);
+
+    EXPECT_EQ(*harness.model().destination, Destination(RunScreen{second.id}));
+}
+
+TEST_F(BatchesWindowTest, ALongCategoryKeepsClearOfTheEndOfItsRow) {
+    const Category category = makeCategory(std::string(200, 'w'), std::nullopt);
+    harness.file().saveCategory(category);
+    const QuorlBatch batch = batches.add("Night run");
+    batches.addRun(batch, "One", {AnswerState::failed}, category.id);
+    openBatches();
+    harness.model().selectedBatchID = batch.id;
+    settle();
+
+    const QQuickItem* item =
+        findButton((std::string("One, ") + std::string(200, 'w') + ", 1 models, 1 failed").c_str());
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->height(), 69); // everything stands in two lines
 }
 
 TEST_F(BatchesWindowTest, CopiesByItsButtons) {

@@ -327,9 +327,21 @@ TEST_F(DatasetScreenTest, AFileThatCannotBeWrittenShowsInTheAlert) {
     open();
 
     screen->exportAll();
-    saver.choose(harness.folder.path() / "no such folder" / "examples.jsonl");
+    const auto target = harness.folder.path() / "no such folder" / "examples.jsonl";
+    saver.choose(target);
 
-    EXPECT_TRUE(model->alertMessage->has_value());
+    EXPECT_EQ(*model->alertMessage, target.string() + ": No such file or directory");
+}
+
+TEST_F(DatasetScreenTest, ACancelledDialogIsNoError) {
+    examples.add("one");
+    open();
+
+    screen->exportAll();
+    saver.cancel();
+
+    EXPECT_EQ(*model->alertMessage, std::nullopt);
+    EXPECT_EQ(screen->count(), QStringLiteral("1 example"));
 }
 
 TEST_F(DatasetScreenTest, WithoutAWindowNothingIsExported) {

@@ -133,6 +133,16 @@ TEST_F(HistoryScreenTest, ADecisionIsListedByTheNameOfItsFirstQuestion) {
     EXPECT_EQ(shownTitles(), (Texts{"release_gate", "Its state", ""}));
 }
 
+TEST_F(HistoryScreenTest, ATitleIsTheStartOfItsTextInOneLine) {
+    runs.add("\n Which way\r\n\tis  up? \n");
+    runs.add(std::string(1000, 'w'));
+    open();
+
+    EXPECT_EQ(shownTitles(), (Texts{"Which way is up?", std::string(300, 'w')}));
+    EXPECT_EQ(shown(0, HistoryListModel::SpokenRole),
+              "Which way is up?, Single question, Uncategorized, 0 models, 10 min. ago");
+}
+
 TEST_F(HistoryScreenTest, ABatchOf200RunsIsOneRow) {
     const UUID batch = UUID::random();
     for (int i = 0; i < 200; ++i)
@@ -754,6 +764,24 @@ TEST_F(HistoryWindowTest, InANarrowWindowTheDetailsStandTwoByTwo) {
     EXPECT_EQ(label->y(), category->y());
     EXPECT_EQ(models->x(), label->x());
     EXPECT_GT(models->y(), label->y());
+}
+
+TEST_F(HistoryWindowTest, ARowSaysWhatItDoes) {
+    addMany(1);
+    openHistory();
+
+    QAccessibleInterface* row = QAccessible::queryAccessibleInterface(findRow("question 0"));
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->text(QAccessible::Description), QStringLiteral("Open this comparison in the workspace"));
+}
+
+TEST_F(HistoryWindowTest, ATextOfManyLinesKeepsToItsRow) {
+    runs.add("First line\nsecond line\nthird line");
+    openHistory();
+
+    const QQuickItem* title = findText("First line second line third line");
+    ASSERT_NE(title, nullptr);
+    EXPECT_EQ(title->property("lineCount").toInt(), 1);
 }
 
 } // namespace

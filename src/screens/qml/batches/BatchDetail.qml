@@ -37,18 +37,10 @@ Column {
         color: Theme.quiet
     }
 
-    Column {
+    BatchItemList {
+        id: items
+
         width: root.width
-
-        Repeater {
-            id: items
-
-            model: root.screen.items
-
-            BatchItem {
-                width: root.width
-                onClicked: root.screen.openItem(index)
-            }
-        }
+        screen: root.screen
     }
 }

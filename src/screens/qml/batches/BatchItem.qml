@@ -14,7 +14,7 @@ T.Button {
     required property string failed
     required property string spoken
 
-    implicitHeight: details.y + details.height + 20
+    implicitHeight: details.y + details.height + 17
     hoverEnabled: true
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
@@ -48,7 +48,7 @@ T.Button {
     Text {
         id: question
 
-        y: 13
+        y: 15
         width: open.x - 16
         text: root.prompt
         textFormat: Text.PlainText
@@ -67,8 +67,9 @@ T.Button {
         spacing: 12
 
         Text {
-            width: Math.max(implicitWidth, Math.min(156, details.width / 2))
+            width: Math.max(Math.min(156, details.width / 2), Math.min(implicitWidth, details.width - 180))
             text: root.category
+            elide: Text.ElideRight
             textFormat: Text.PlainText
             font: Theme.caption
             color: Theme.quiet

@@ -41,7 +41,7 @@ Item {
         visible: list.count === 0
         text: qsTr("Batches submitted through the API show up here.")
         font: Theme.body
-        color: Theme.quiet
+        color: Theme.muted
         wrapMode: Text.Wrap
         lineHeight: Theme.bodyLine
         lineHeightMode: Text.FixedHeight

@@ -21,9 +21,13 @@ SelectionRow {
     rightPadding: 12
     text: root.spoken
 
-    contentItem: Item {
+    contentItem: Item {}
+
+    Item {
+        anchors { fill: parent; leftMargin: root.leftPadding; rightMargin: root.rightPadding }
+
         Text {
-            y: 9
+            y: 10
             width: parent.width - (progress.width > 0 ? progress.width + 12 : 0)
             height: Theme.controlLine
             text: root.batchName
@@ -38,7 +42,7 @@ SelectionRow {
             id: progress
 
             x: parent.width - width
-            y: 11
+            y: 12
             text: root.progress
             textFormat: Text.PlainText
             font: Theme.caption

@@ -9,13 +9,13 @@ SurfaceCard {
 
     readonly property bool isNarrow: root.width < 480
 
-    implicitHeight: content.height + 40
+    implicitHeight: content.height + 34
 
     Column {
         id: content
 
         x: 20
-        y: 20
+        y: 17
         width: root.width - 40
         spacing: 12
 
@@ -64,7 +64,7 @@ SurfaceCard {
 
                 x: root.isNarrow ? 0 : content.width - width
                 y: root.isNarrow ? heading.height + 12 : 0
-                spacing: Theme.betweenButtons
+                spacing: 8
 
                 SecondaryButton {
                     text: qsTr("Copy URL")
@@ -78,16 +78,21 @@ SurfaceCard {
             }
         }
 
-        ConnectionValue {
+        Column {
             width: content.width
-            label: qsTr("Base URL")
-            value: root.screen.baseURL
-        }
+            spacing: 8
 
-        ConnectionValue {
-            width: content.width
-            label: qsTr("Token")
-            value: root.screen.token
+            ConnectionValue {
+                width: parent.width
+                label: qsTr("Base URL")
+                value: root.screen.baseURL
+            }
+
+            ConnectionValue {
+                width: parent.width
+                label: qsTr("Token")
+                value: root.screen.token
+            }
         }
 
         Hairline {

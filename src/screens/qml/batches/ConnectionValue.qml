@@ -14,6 +14,10 @@ Item {
         y: -2 // on the base line of the value
         height: Theme.monospaceLine
         text: root.label
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: root.label
+        Accessible.ignored: false
     }
 
     SelectableText {
@@ -25,7 +29,5 @@ Item {
         font: Theme.monospace
         line: Theme.monospaceLine
         wrapMode: TextEdit.WrapAnywhere
-
-        Accessible.description: root.label
     }
 }

@@ -48,7 +48,6 @@ Item {
         Column {
             visible: root.screen.takesSubcategories
             width: parent.width
-            spacing: 2
 
             FieldLabel {
                 width: parent.width
@@ -64,13 +63,19 @@ Item {
                 onAdded: root.screen.addSubcategory()
             }
         }
-        Hairline {
+        Column {
             width: parent.width
-        }
-        SecondaryButton {
-            text: qsTr("Delete")
-            isDestructive: true
-            onClicked: root.screen.requestDelete()
+            topPadding: 4
+            spacing: 20
+
+            Hairline {
+                width: parent.width
+            }
+            SecondaryButton {
+                text: qsTr("Delete")
+                isDestructive: true
+                onClicked: root.screen.requestDelete()
+            }
         }
     }
 }

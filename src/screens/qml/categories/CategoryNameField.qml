@@ -37,7 +37,7 @@ FocusScope {
     LineField {
         id: field
 
-        y: Theme.labelLine + 2
+        y: Theme.labelLine
         width: root.width
         focus: true
         onTextEdited: root.screen.rename(text)

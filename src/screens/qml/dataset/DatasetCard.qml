@@ -15,7 +15,20 @@ BaseButton {
     Accessible.checkable: true
     Accessible.checked: root.isOpen
 
-    contentItem: Item {
+    contentItem: Item {}
+
+    background: Card {
+        color: root.hovered || root.down ? Theme.raised : Theme.surface
+
+        FocusRing {
+            around: Theme.cardRadius
+            visible: root.visualFocus
+        }
+    }
+
+    Item {
+        anchors { fill: parent; leftMargin: root.leftPadding; rightMargin: root.rightPadding }
+
         Icon {
             x: 20
             anchors.verticalCenter: parent.verticalCenter
@@ -64,15 +77,6 @@ BaseButton {
                 enabled: Motion.isAllowed
                 NumberAnimation { duration: 200; easing.type: Easing.InOutQuad }
             }
-        }
-    }
-
-    background: Card {
-        color: root.hovered || root.down ? Theme.raised : Theme.surface
-
-        FocusRing {
-            around: Theme.cardRadius
-            visible: root.visualFocus
         }
     }
 }

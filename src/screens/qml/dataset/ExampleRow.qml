@@ -23,7 +23,11 @@ RecordRow {
     Accessible.name: root.prompt
     Accessible.description: root.completion
 
-    contentItem: Item {
+    contentItem: Item {}
+
+    Item {
+        anchors { fill: parent; leftMargin: root.leftPadding; rightMargin: root.rightPadding }
+
         Icon {
             y: 8
             symbol: Symbols.bookmarkFill

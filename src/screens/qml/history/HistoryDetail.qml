@@ -5,7 +5,7 @@ import Quorl
 Words {
     property int line
 
-    y: 36 + 20 * line
+    y: 39 + 20 * line
     height: Theme.captionLine
     font: Theme.caption
     color: Theme.quiet

@@ -35,9 +35,13 @@ RecordRow {
     Accessible.name: root.spoken
     Accessible.description: qsTr("Open this comparison in the workspace")
 
-    contentItem: Item {
+    contentItem: Item {}
+
+    Item {
+        anchors { fill: parent; leftMargin: root.leftPadding; rightMargin: root.rightPadding }
+
         Words {
-            y: 12
+            y: 13
             width: root.room
             text: root.title
             font: Theme.section

@@ -19,7 +19,7 @@ Item {
         visible: !root.editor.isShown
         text: qsTr("Add a model to start.")
         font: Theme.body
-        color: Theme.muted
+        color: Theme.quiet
         wrapMode: Text.Wrap
     }
 
