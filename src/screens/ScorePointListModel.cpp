@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <optional>
 
 namespace quorl {
@@ -36,7 +35,7 @@ QString detailOf(const ScoreRow& row) {
     if (const auto percent = row.correctPercent())
         return ScorePointListModel::tr("%1% of %2").arg(*percent).arg(row.binaryJudged);
     return ScorePointListModel::tr("%1 / 10 of %2")
-        .arg(static_cast<double>(row.ratingSum) / static_cast<double>(row.ratingCount), 0, 'f', 1)
+        .arg(ScoreTableModel::cellsOf(row)[ScoreTableModel::AverageScore])
         .arg(row.ratingCount);
 }
 
@@ -72,28 +71,27 @@ struct Range {
     }
 };
 
-// A line of words in a picture of the usual height.
+// What things take of a picture, from 0 to 1, where it is as narrow as it gets.
 constexpr double lineHeight = 0.075;
+constexpr double characterWidth = 0.022;
+constexpr double widestWords = 0.6; // which are cut short
+constexpr double dotReach = 0.03;   // to either side
+constexpr double labelDistance = 0.035;
 
-// Heights from the top, each as near as it can be to the one that is wanted without two lines overlapping.
-std::vector<double> spread(const std::vector<double>& wanted) {
-    std::vector<std::size_t> order(wanted.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, {}, [&](std::size_t place) { return wanted[place]; });
-    const double step =
-        std::min(lineHeight, 1.0 / static_cast<double>(std::max<std::size_t>(order.size(), 1)));
-    std::vector<double> heights = wanted;
-    double least = 0;
-    for (const std::size_t place : order) {
-        heights[place] = std::max(wanted[place], least);
-        least = heights[place] + step;
+struct Box {
+    double left;
+    double right;
+    double top;
+    double bottom;
+
+    [[nodiscard]] bool overlaps(const Box& other) const {
+        return left < other.right && other.left < right && top < other.bottom && other.top < bottom;
     }
-    double most = 1;
-    for (auto place = order.rbegin(); place != order.rend(); ++place) {
-        heights[*place] = std::min(heights[*place], most);
-        most = heights[*place] - step;
-    }
-    return heights;
+    [[nodiscard]] bool isInside() const { return left >= 0 && right <= 1; }
+};
+
+Box dotBox(double place, double quality) {
+    return {place - dotReach, place + dotReach, 1 - quality - lineHeight / 2, 1 - quality + lineHeight / 2};
 }
 
 QString timeText(const Figure& milliseconds) {
@@ -124,6 +122,8 @@ void ScorePointListModel::setRows(std::span<const ScoreRow> overall) {
                         .quality = std::clamp(*quality, 0.0, 1.0),
                         .timePlace = time.place(timeOf(row)),
                         .costPlace = cost.place(costOf(row)),
+                        .timeLabel = {},
+                        .costLabel = {},
                         .detail = detailOf(row),
                         .spoken = spokenOf(row)});
     }
@@ -139,18 +139,44 @@ void ScorePointListModel::setRows(std::span<const ScoreRow> overall) {
     Q_EMIT changed();
 }
 
-// A point that is not in the picture takes no room.
-void ScorePointListModel::placeLabels(std::vector<Point>& of, double Point::*place, double Point::*label) {
-    std::vector<double> wanted;
+// Each label stands as near to its point as it can without covering another one's words or dot. A point that
+// is not in the picture takes no room.
+void ScorePointListModel::placeLabels(std::vector<Point>& of, double Point::*place, Label Point::*label) {
+    std::vector<Box> taken;
     for (const Point& point : of) {
         if (point.*place >= 0)
-            wanted.push_back(1 - point.quality);
+            taken.push_back(dotBox(point.*place, point.quality));
     }
-    const std::vector<double> heights = spread(wanted);
-    auto height = heights.begin();
+    const auto boxOf = [place](const Point& point, const Label& at) {
+        const auto characters = static_cast<double>(point.name.size() + point.detail.size() + 2);
+        const double width = std::min(characters * characterWidth, widestWords);
+        const double start = point.*place + (at.isAtLeft ? -labelDistance - width : labelDistance);
+        return Box{start, start + width, at.fromTop - lineHeight / 2, at.fromTop + lineHeight / 2};
+    };
+    const auto isFree = [&](const Box& box) {
+        return box.isInside() &&
+               std::ranges::none_of(taken, [&](const Box& other) { return box.overlaps(other); });
+    };
+    const auto labelOf = [&](const Point& point) {
+        const double height = 1 - point.quality;
+        const bool isAtRightEdge = point.*place > 0.5;
+        for (std::size_t steps = 0; steps <= of.size(); ++steps) {
+            const double away = static_cast<double>(steps) * lineHeight;
+            for (const double fromTop : {height - away, height + away}) {
+                for (const bool isAtLeft : {isAtRightEdge, !isAtRightEdge}) {
+                    const Label candidate{fromTop, isAtLeft};
+                    if (fromTop >= 0 && fromTop <= 1 && isFree(boxOf(point, candidate)))
+                        return candidate;
+                }
+            }
+        }
+        return Label{height, isAtRightEdge};
+    };
     for (Point& point : of) {
-        if (point.*place >= 0)
-            point.*label = *height++;
+        if (point.*place < 0)
+            continue;
+        point.*label = labelOf(point);
+        taken.push_back(boxOf(point, point.*label));
     }
 }
 
@@ -172,9 +198,13 @@ QVariant ScorePointListModel::data(const QModelIndex& index, int role) const {
     case CostPlaceRole:
         return point.costPlace;
     case TimeLabelRole:
-        return point.timeLabel;
+        return point.timeLabel.fromTop;
     case CostLabelRole:
-        return point.costLabel;
+        return point.costLabel.fromTop;
+    case TimeSideRole:
+        return point.timeLabel.isAtLeft;
+    case CostSideRole:
+        return point.costLabel.isAtLeft;
     case DetailRole:
         return point.detail;
     case SpokenRole:
@@ -185,9 +215,16 @@ QVariant ScorePointListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> ScorePointListModel::roleNames() const {
-    return {{NameRole, "name"},           {QualityRole, "quality"},     {TimePlaceRole, "timePlace"},
-            {CostPlaceRole, "costPlace"}, {TimeLabelRole, "timeLabel"}, {CostLabelRole, "costLabel"},
-            {DetailRole, "detail"},       {SpokenRole, "spoken"}};
+    return {{NameRole, "name"},
+            {QualityRole, "quality"},
+            {TimePlaceRole, "timePlace"},
+            {CostPlaceRole, "costPlace"},
+            {TimeLabelRole, "timeLabel"},
+            {CostLabelRole, "costLabel"},
+            {TimeSideRole, "isTimeLabelAtLeft"},
+            {CostSideRole, "isCostLabelAtLeft"},
+            {DetailRole, "detail"},
+            {SpokenRole, "spoken"}};
 }
 
 } // namespace quorl

@@ -31,8 +31,10 @@ public:
         QualityRole,
         TimePlaceRole, // -1 where it is not known
         CostPlaceRole, // the same
-        TimeLabelRole, // where the words of the point stand, from the top; near it, and clear of the others
+        TimeLabelRole, // the place of the words from the top: near the point, and clear of the others
         CostLabelRole,
+        TimeSideRole, // whether they stand at the left of it
+        CostSideRole,
         DetailRole, // "83% of 12", "7.8 / 10 of 9"
         SpokenRole, // all its figures
     };
@@ -53,13 +55,19 @@ Q_SIGNALS:
     void changed();
 
 private:
+    struct Label {
+        double fromTop = 0;
+        bool isAtLeft = false;
+
+        bool operator==(const Label&) const = default;
+    };
     struct Point {
         QString name;
         double quality = 0;
         double timePlace = -1;
         double costPlace = -1;
-        double timeLabel = 0;
-        double costLabel = 0;
+        Label timeLabel;
+        Label costLabel;
         QString detail;
         QString spoken;
 
@@ -70,7 +78,7 @@ private:
         QString highest;
     };
 
-    static void placeLabels(std::vector<Point>& of, double Point::*place, double Point::*label);
+    static void placeLabels(std::vector<Point>& of, double Point::*place, Label Point::*label);
 
     std::vector<Point> points;
     Scale times;

@@ -5,8 +5,8 @@
 #include "screens/Strings.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <numeric>
+#include <charconv>
+#include <iterator>
 #include <optional>
 
 namespace quorl {
@@ -55,7 +55,12 @@ QString correctCell(const ScoreRow& row) {
 
 QString averageScoreCell(const ScoreRow& row) {
     const auto score = average(static_cast<double>(row.ratingSum), row.ratingCount);
-    return score ? QString::number(*score, 'f', 1) : missing();
+    if (!score)
+        return missing();
+    // Not QString::number, which rounds a half up: as with all figures here, it goes to the even digit.
+    char digits[64]; // a sum of ratings has twenty before the mark at most
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), *score, std::chars_format::fixed, 1);
+    return QString::fromLatin1(digits, end.ptr - digits);
 }
 
 } // namespace
@@ -65,20 +70,45 @@ QStringList ScoreTableModel::heads() const {
             tr("Avg score"), tr("Time"),     tr("Cost"),    tr("Tokens")};
 }
 
+QString ScoreTableModel::sorting() const {
+    if (column < 0)
+        return {};
+    if (isText(column))
+        return isDescending ? tr("Sorted from the last") : tr("Sorted from the first");
+    return isDescending ? tr("Sorted from the largest") : tr("Sorted from the smallest");
+}
+
 void ScoreTableModel::setRows(std::span<const ScoreRow> next) {
     if (std::ranges::equal(scores, next))
         return;
-    const bool isSameLength = scores.size() == next.size();
-    if (!isSameLength)
-        beginResetModel();
     scores.assign(next.begin(), next.end());
-    order = sorted();
-    if (!isSameLength) {
-        endResetModel();
-        Q_EMIT countChanged();
-    } else if (!order.empty()) {
-        Q_EMIT dataChanged(index(0), index(count() - 1));
+    show();
+}
+
+// Rows have nothing of their own but their words, so that it does not matter which of them come and go: the
+// last ones do.
+void ScoreTableModel::show() {
+    const std::vector<ScoreRow> next = sorted();
+    const std::size_t before = shown.size();
+    if (next.size() < before) {
+        beginRemoveRows({}, static_cast<int>(next.size()), count() - 1);
+        shown.resize(next.size());
+        endRemoveRows();
     }
+    for (std::size_t place = 0; place < shown.size(); ++place) {
+        if (shown[place] == next[place])
+            continue;
+        shown[place] = next[place];
+        const QModelIndex changed = index(static_cast<int>(place));
+        Q_EMIT dataChanged(changed, changed);
+    }
+    if (next.size() > before) {
+        beginInsertRows({}, count(), static_cast<int>(next.size()) - 1);
+        shown.insert(shown.end(), next.begin() + count(), next.end());
+        endInsertRows();
+    }
+    if (shown.size() != before)
+        Q_EMIT countChanged();
 }
 
 void ScoreTableModel::sortBy(int next) {
@@ -92,36 +122,33 @@ void ScoreTableModel::sortBy(int next) {
         column = -1;
         isDescending = false;
     }
-    order = sorted();
-    if (!order.empty())
-        Q_EMIT dataChanged(index(0), index(count() - 1));
+    show();
     Q_EMIT sortChanged();
 }
 
-std::vector<std::size_t> ScoreTableModel::sorted() const {
-    std::vector<std::size_t> places(scores.size());
-    std::iota(places.begin(), places.end(), std::size_t{0});
+std::vector<ScoreRow> ScoreTableModel::sorted() const {
+    std::vector<ScoreRow> rows = scores;
     if (column < 0)
-        return places;
-    const auto textOf = [this](std::size_t place) -> const std::string& {
-        return column == Model ? scores[place].modelName : scores[place].categoryName;
+        return rows;
+    const auto textOf = [this](const ScoreRow& row) -> const std::string& {
+        return column == Model ? row.modelName : row.categoryName;
     };
-    const auto textPrecedes = [&](std::size_t left, std::size_t right) {
+    const auto textPrecedes = [&](const ScoreRow& left, const ScoreRow& right) {
         return isDescending ? Text::precedesIgnoringCase(textOf(right), textOf(left))
                             : Text::precedesIgnoringCase(textOf(left), textOf(right));
     };
-    const auto figurePrecedes = [&](std::size_t left, std::size_t right) {
-        const auto first = figureOf(scores[left], column);
-        const auto second = figureOf(scores[right], column);
+    const auto figurePrecedes = [&](const ScoreRow& left, const ScoreRow& right) {
+        const auto first = figureOf(left, column);
+        const auto second = figureOf(right, column);
         if (!first || !second)
             return first.has_value() && !second.has_value();
         return isDescending ? *first > *second : *first < *second;
     };
     if (isText(column))
-        std::ranges::stable_sort(places, textPrecedes);
+        std::ranges::stable_sort(rows, textPrecedes);
     else
-        std::ranges::stable_sort(places, figurePrecedes);
-    return places;
+        std::ranges::stable_sort(rows, figurePrecedes);
+    return rows;
 }
 
 int ScoreTableModel::rowCount(const QModelIndex& parent) const {
@@ -143,7 +170,7 @@ QStringList ScoreTableModel::cellsOf(const ScoreRow& row) {
 QVariant ScoreTableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= count())
         return {};
-    QStringList cells = cellsOf(scores[order[static_cast<std::size_t>(index.row())]]);
+    QStringList cells = cellsOf(shown[static_cast<std::size_t>(index.row())]);
     if (categories == Categories::hidden)
         cells[Category].clear();
     switch (role) {

@@ -6,7 +6,6 @@
 #include <QStringList>
 #include <qqmlregistration.h>
 
-#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -23,11 +22,12 @@ class ScoreTableModel : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
     Q_PROPERTY(int sortColumn READ sortColumn NOTIFY sortChanged) // -1 for the order of the scores
     Q_PROPERTY(bool sortsDescending READ sortsDescending NOTIFY sortChanged)
+    Q_PROPERTY(QString sorting READ sorting NOTIFY sortChanged) // of that column, in words; empty without one
 
 public:
     enum class Categories { hidden, shown };
 
-    explicit ScoreTableModel(Categories shown) : categories(shown) {}
+    explicit ScoreTableModel(Categories shownCategories) : categories(shownCategories) {}
 
     enum Column { Model, Category, Answers, Correct, AverageScore, Time, Cost, Tokens };
     Q_ENUM(Column)
@@ -39,9 +39,10 @@ public:
 
     [[nodiscard]] QStringList heads() const;
     [[nodiscard]] bool hasCategories() const { return categories == Categories::shown; }
-    [[nodiscard]] int count() const { return static_cast<int>(order.size()); }
+    [[nodiscard]] int count() const { return static_cast<int>(shown.size()); }
     [[nodiscard]] int sortColumn() const { return column; }
     [[nodiscard]] bool sortsDescending() const { return isDescending; }
+    [[nodiscard]] QString sorting() const;
 
     void setRows(std::span<const ScoreRow> next);
     [[nodiscard]] std::span<const ScoreRow> rows() const { return scores; } // unsorted
@@ -62,11 +63,12 @@ Q_SIGNALS:
     void sortChanged();
 
 private:
-    [[nodiscard]] std::vector<std::size_t> sorted() const;
+    void show();
+    [[nodiscard]] std::vector<ScoreRow> sorted() const;
 
     const Categories categories;
     std::vector<ScoreRow> scores;
-    std::vector<std::size_t> order; // of the rows on show, by their places in `scores`
+    std::vector<ScoreRow> shown; // the same, as they are sorted
     int column = -1;
     bool isDescending = false;
 };

@@ -5,11 +5,20 @@
 #include "support/FakeFileSaver.h"
 
 #include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
+#include <fstream>
+#include <iterator>
 
 namespace quorl::test {
 namespace {
 
 using Cells = QStringList;
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator(file), {}};
+}
 
 class Scores {
 public:
@@ -24,7 +33,8 @@ public:
     // An answer of that model in a run of its own.
     ModelAnswer add(const std::string& model, std::optional<bool> accepted, std::int64_t latencyMS,
                     const std::optional<UUID>& category = std::nullopt,
-                    std::optional<double> cost = std::nullopt) {
+                    std::optional<double> cost = std::nullopt,
+                    std::optional<std::int64_t> rating = std::nullopt) {
         QuorlRun run = makeRun();
         run.categoryID = category;
         harness.file().insertRun(run);
@@ -32,13 +42,17 @@ public:
         answer.modelName = model;
         answer.modelID = idOf(model);
         answer.accepted = accepted;
-        answer.rating.reset();
+        answer.rating = rating;
         answer.latencyMS = latencyMS;
         answer.costUSD = cost;
         answer.inputTokens = 1200;
         answer.outputTokens = 35;
         harness.file().insertAnswer(answer);
         return answer;
+    }
+
+    void addRated(const std::string& model, std::int64_t rating) {
+        add(model, std::nullopt, 500, std::nullopt, std::nullopt, rating);
     }
 
 private:
@@ -120,6 +134,52 @@ TEST_F(ScoresScreenTest, WhatNobodyKnowsIsADash) {
     EXPECT_EQ(again.points()->count(), 1);
 }
 
+TEST_F(ScoresScreenTest, TheColumnsInTheirOrder) {
+    const ScoresScreen& screen = open();
+
+    EXPECT_EQ(
+        const_cast<ScoresScreen&>(screen).overall()->heads(),
+        (QStringList{"Model", "Category", "Answers", "Correct", "Avg score", "Time", "Cost", "Tokens"}));
+}
+
+TEST_F(ScoresScreenTest, AHalfOfTheLastDigitGoesToTheEvenOne) {
+    for (const std::int64_t rating : {7, 7, 7, 8}) // 7.25
+        scores.addRated("Even", rating);
+    for (const std::int64_t rating : {7, 8, 8, 8}) // 7.75
+        scores.addRated("Odd", rating);
+    ScoresScreen& screen = open();
+
+    EXPECT_EQ(row(screen.overall(), 0)[ScoreTableModel::AverageScore], QStringLiteral("7.2"));
+    EXPECT_EQ(row(screen.overall(), 1)[ScoreTableModel::AverageScore], QStringLiteral("7.8"));
+    EXPECT_EQ(screen.points()->data(screen.points()->index(0), ScorePointListModel::DetailRole),
+              QStringLiteral("7.2 / 10 of 4"));
+}
+
+TEST_F(ScoresScreenTest, AnswersThatRunCountInTheChipsAlone) {
+    const Category support = scores.addCategory("Support");
+    ModelAnswer answer = scores.add("Zun", std::nullopt, 0, support.id);
+    ScoresScreen& screen = open();
+    answer.state = AnswerState::running; // a start ends what runs, so it begins now
+    harness.model().library.replaceAnswer(answer);
+
+    EXPECT_TRUE(harness.waitFor([&] { return screen.overall()->count() == 0; }));
+    EXPECT_EQ(screen.byCategory()->count(), 0);
+    EXPECT_EQ(chipValues(screen), (QStringList{"1", "0", "1"}));
+    EXPECT_FALSE(screen.isEmpty());
+    EXPECT_FALSE(screen.canExport());
+}
+
+TEST_F(ScoresScreenTest, TheChipsSayWhatTheyCount) {
+    const ScoresScreen& screen = open();
+    QStringList words;
+    for (const QVariant& chip : screen.chips())
+        words << chip.toMap()[QStringLiteral("symbol")].toString()
+              << chip.toMap()[QStringLiteral("label")].toString();
+
+    EXPECT_EQ(words, (QStringList{"cpu", "models compared", "checkmarkCircle", "judged responses", "folder",
+                                  "categories"}));
+}
+
 TEST_F(ScoresScreenTest, TheChipsSpeakOfTheWholeLibrary) {
     const Category support = scores.addCategory("Support");
     const Category empty = scores.addCategory("Contracts");
@@ -193,6 +253,101 @@ TEST_F(ScoresScreenTest, ExportsTheTableByCategory) {
 
     ASSERT_TRUE(saver.dialog);
     EXPECT_EQ(saver.dialog->name, "quorl-scores.csv");
+    EXPECT_EQ(saver.dialog->type.extension, "csv");
+}
+
+TEST_F(ScoresScreenTest, TheFileFollowsTheFilterAndNotTheSorting) {
+    const Category support = scores.addCategory("Support");
+    scores.add("Brief", true, 500, support.id);
+    scores.add("Zun", true, 500, support.id);
+    scores.add("Other", true, 500);
+    ScoresScreen& screen = open();
+    screen.setFilter(toQString(support.id.text()));
+    screen.byCategory()->sortBy(ScoreTableModel::Model);
+    screen.byCategory()->sortBy(ScoreTableModel::Model);
+    const auto target = harness.folder.path() / "scores.csv";
+
+    screen.exportCSV();
+    saver.choose(target);
+
+    EXPECT_EQ(contentOf(target),
+              "model,category,answers,correct_percent,average_rating,average_latency_ms,average_cost_usd,"
+              "input_tokens,output_tokens\n"
+              "Brief,Support,1,100,,500,,1200,35\n"
+              "Zun,Support,1,100,,500,,1200,35");
+}
+
+TEST_F(ScoresScreenTest, ACancelledDialogIsNoError) {
+    scores.add("Zun", true, 500);
+    ScoresScreen& screen = open();
+
+    screen.exportCSV();
+    saver.cancel();
+
+    EXPECT_EQ(*harness.model().alertMessage, std::nullopt);
+}
+
+TEST_F(ScoresScreenTest, AFileThatCannotBeWrittenShowsInTheAlert) {
+    scores.add("Zun", true, 500);
+    ScoresScreen& screen = open();
+    const auto target = harness.folder.path() / "no such folder" / "scores.csv";
+
+    screen.exportCSV();
+    saver.choose(target);
+
+    EXPECT_EQ(*harness.model().alertMessage, target.string() + ": No such file or directory");
+}
+
+TEST_F(ScoresScreenTest, RowsComeAndGoWithoutAReset) {
+    const Category support = scores.addCategory("Support");
+    scores.add("Brief", true, 500, support.id);
+    scores.add("Zun", true, 500, support.id);
+    scores.add("Zun", true, 500);
+    ScoresScreen& screen = open();
+    const QSignalSpy resets(screen.byCategory(), &QAbstractItemModel::modelReset);
+    screen.byCategory()->sortBy(ScoreTableModel::Answers);
+
+    screen.setFilter(toQString(support.id.text()));
+    EXPECT_EQ(models(screen.byCategory()), (QStringList{"Brief", "Zun"}));
+    screen.setFilter({});
+
+    EXPECT_EQ(screen.byCategory()->count(), 3);
+    EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(ScoresScreenTest, ASortedColumnIsToldInWords) {
+    ScoreTableModel& table = *open().overall();
+
+    EXPECT_EQ(table.sorting(), QString());
+    table.sortBy(ScoreTableModel::Time);
+    EXPECT_EQ(table.sorting(), QStringLiteral("Sorted from the largest"));
+    table.sortBy(ScoreTableModel::Time);
+    EXPECT_EQ(table.sorting(), QStringLiteral("Sorted from the smallest"));
+    table.sortBy(ScoreTableModel::Model);
+    EXPECT_EQ(table.sorting(), QStringLiteral("Sorted from the first"));
+    table.sortBy(ScoreTableModel::Model);
+    EXPECT_EQ(table.sorting(), QStringLiteral("Sorted from the last"));
+}
+
+// The words of both reach over the same part of the picture.
+TEST_F(ScoresScreenTest, WordsInThePictureKeepClearOfOtherPoints) {
+    for (const auto& [name, latency] :
+         {std::pair("First of three", 2'000), std::pair("Second of three", 2'050),
+          std::pair("Third of three", 2'100), std::pair("Far", 100)})
+        scores.add(name, true, latency);
+    ScoresScreen& screen = open();
+    const ScorePointListModel& points = *screen.points();
+    std::vector<std::pair<double, bool>> labels;
+    for (int place = 0; place < points.count(); ++place)
+        labels.emplace_back(points.data(points.index(place), ScorePointListModel::TimeLabelRole).toDouble(),
+                            points.data(points.index(place), ScorePointListModel::TimeSideRole).toBool());
+
+    ASSERT_EQ(labels.size(), 4u);
+    EXPECT_EQ(labels[0], std::pair(0.0, false)); // "Far", alone at the left edge
+    for (std::size_t first = 1; first < labels.size(); ++first) {
+        for (std::size_t second = first + 1; second < labels.size(); ++second)
+            EXPECT_GE(std::abs(labels[first].first - labels[second].first), 0.07);
+    }
 }
 
 TEST_F(ScoresScreenTest, ThePictureHasAPointForEachJudgedModel) {
@@ -217,9 +372,9 @@ TEST_F(ScoresScreenTest, ThePictureHasAPointForEachJudgedModel) {
     EXPECT_DOUBLE_EQ(value(1, ScorePointListModel::CostPlaceRole).toDouble(), 1);
     EXPECT_DOUBLE_EQ(value(2, ScorePointListModel::TimePlaceRole).toDouble(), 0.5);
     EXPECT_DOUBLE_EQ(value(2, ScorePointListModel::CostPlaceRole).toDouble(), -1);
-    EXPECT_GE(std::abs(value(1, ScorePointListModel::TimeLabelRole).toDouble() -
-                       value(2, ScorePointListModel::TimeLabelRole).toDouble()),
-              0.07); // both are right all the time
+    EXPECT_TRUE(value(1, ScorePointListModel::TimeSideRole).toBool()); // both are right all the time
+    EXPECT_TRUE(value(2, ScorePointListModel::TimeSideRole).toBool());
+    EXPECT_EQ(value(1, ScorePointListModel::TimeLabelRole), 0.0);
     EXPECT_EQ(points.shortestTime(), QStringLiteral("100 ms"));
     EXPECT_EQ(points.longestTime(), QStringLiteral("10.0 s"));
     EXPECT_EQ(points.lowestCost(), QStringLiteral("$0.0010"));
@@ -276,6 +431,50 @@ TEST_F(ScoresWindowTest, SortsByAHeadThatIsClickedOrPressed) {
                             "Tokens: 1.2k in · 35 out"),
              QAccessible::Row),
         nullptr);
+}
+
+TEST_F(ScoresWindowTest, ShowsItsTexts) {
+    const Category support = scores.addCategory("Support");
+    scores.add("Zun", true, 500, support.id);
+    openScores();
+
+    EXPECT_NE(find(QStringLiteral("Performance"), QAccessible::Heading), nullptr);
+    EXPECT_NE(findText("A calm summary of quality, speed, and cost across the work you have judged."),
+              nullptr);
+    EXPECT_NE(find(QStringLiteral("Category"), QAccessible::ComboBox), nullptr);
+    EXPECT_NE(findText("1 models compared"), nullptr);
+    EXPECT_NE(findText("1 judged responses"), nullptr);
+    EXPECT_NE(findText("1 categories"), nullptr);
+    EXPECT_NE(find(QStringLiteral("Overall"), QAccessible::Heading), nullptr);
+    EXPECT_NE(find(QStringLiteral("By category"), QAccessible::Heading), nullptr);
+    EXPECT_NE(find(QStringLiteral("By category"), QAccessible::Table), nullptr);
+    EXPECT_NE(findText("Zun: correct 100% · 1/1, average score —, time 500 ms, cost —"), nullptr);
+}
+
+TEST_F(ScoresWindowTest, TheHeadsOfATableAreOneStopAndTheArrowsMoveAmongThem) {
+    scores.add("Zun", true, 500);
+    openScores({420, 800});
+    find(QStringLiteral("Include subcategories"), QAccessible::CheckBox)->forceActiveFocus();
+
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Model");
+    press(Qt::Key_Left);
+    EXPECT_EQ(focused(), "Model");
+    press(Qt::Key_Right);
+    EXPECT_EQ(focused(), "Answers"); // there is no category in the first table
+    for (int steps = 0; steps < 7; ++steps)
+        press(Qt::Key_Right);
+    EXPECT_EQ(focused(), "Tokens");
+    const QQuickItem* tokens = window().activeFocusItem();
+    EXPECT_LE(tokens->mapToScene({tokens->width(), 0}).x(), 400); // the columns have been scrolled
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Model");
+    press(Qt::Key_Right);
+    EXPECT_EQ(focused(), "Category");
+    press(Qt::Key_Left);
+    EXPECT_EQ(focused(), "Model");
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(focused(), "Tokens");
 }
 
 TEST_F(ScoresWindowTest, AnEmptySliceSaysSo) {

@@ -1,21 +1,23 @@
 import QtQuick
 import Quorl
 
-// The head of a column, which sorts by it.
+// The head of a column, which sorts by it. All heads of a table are one stop of the Tab key.
 PlainButton {
     id: root
 
     required property ScoreTableModel table
     required property int column
     property bool isText
+    property bool isTabStop: true
 
     readonly property bool isSorted: root.table.sortColumn === root.column
 
     text: root.table.heads[root.column]
+    activeFocusOnTab: root.isTabStop
     onClicked: root.table.sortBy(root.column)
 
     Accessible.role: Accessible.ColumnHeader
-    Accessible.description: !root.isSorted ? "" : root.table.sortsDescending ? qsTr("Sorted from the largest") : qsTr("Sorted from the smallest")
+    Accessible.description: root.isSorted ? root.table.sorting : ""
 
     Text {
         id: word

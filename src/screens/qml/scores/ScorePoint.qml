@@ -11,13 +11,16 @@ Item {
     required property double costPlace
     required property double timeLabel
     required property double costLabel
+    required property bool isTimeLabelAtLeft
+    required property bool isCostLabelAtLeft
     required property string detail
     required property string spoken
     property Item space
     property bool isCost
 
     readonly property double place: root.isCost ? root.costPlace : root.timePlace
-    readonly property bool isAtRight: root.place > 0.6
+    readonly property bool isAtLeft: root.isCost ? root.isCostLabelAtLeft : root.isTimeLabelAtLeft
+    readonly property real room: root.space.width * Math.min(0.6, root.isAtLeft ? root.place : 1 - root.place) - 10
 
     x: root.space.width * Math.max(0, root.place)
     y: root.space.height * (1 - root.quality)
@@ -36,15 +39,37 @@ Item {
         border { color: Theme.accent; width: 3 }
     }
 
-    Text {
-        x: root.isAtRight ? -10 - width : 10
+    // On paper of its own, or the lines of the picture would run through it.
+    Rectangle {
+        x: root.isAtLeft ? -10 - width : 10
         y: root.space.height * (root.isCost ? root.costLabel : root.timeLabel) - root.y - height / 2
-        width: Math.min(implicitWidth, root.space.width * 0.6 - 12)
-        text: root.name + "  " + root.detail
-        textFormat: Text.PlainText
-        font: Theme.caption
-        color: Theme.text
-        elide: Text.ElideRight
-        Accessible.ignored: true
+        width: words.width
+        height: words.height
+        color: Theme.bg
+
+        Row {
+            id: words
+
+            spacing: 6
+
+            Text {
+                width: Math.min(implicitWidth, Math.max(24, root.room - detail.implicitWidth - words.spacing))
+                text: root.name
+                textFormat: Text.PlainText
+                font: Theme.caption
+                color: Theme.text
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+            Text {
+                id: detail
+
+                text: root.detail
+                textFormat: Text.PlainText
+                font: Theme.caption
+                color: Theme.quiet
+                Accessible.ignored: true
+            }
+        }
     }
 }

@@ -1,5 +1,6 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
-import QtQuick.Templates as T
 import Quorl
 
 // One score table. Where it is too narrow the figures scroll sideways beside the models.
@@ -17,6 +18,12 @@ Item {
     readonly property real tokensWidth: Math.max(148, root.width - root.modelWidth - root.figuresWidth)
     readonly property var widths: [root.modelWidth, 192, 72, 128, 88, 80, 88, root.tokensWidth]
     readonly property int headHeight: 32
+    property int headColumn // where Tab goes; Left and Right move from head to head
+
+    function headFocused(head: ScoreHead) {
+        if (head.activeFocus)
+            root.headColumn = head.column;
+    }
 
     implicitHeight: root.table.count > 0 ? models.y + root.headHeight + root.table.count * Theme.rowHeight
                                          : nothing.y + nothing.height
@@ -77,11 +84,16 @@ Item {
         visible: root.table.count > 0
 
         ScoreHead {
+            id: modelHead
+
             width: root.modelWidth
             height: root.headHeight
             table: root.table
             column: ScoreTableModel.Model
             isText: true
+            isTabStop: root.headColumn === column
+            onActiveFocusChanged: root.headFocused(modelHead)
+            Keys.onRightPressed: columns.focusHead(root.columns[0])
         }
 
         Repeater {
@@ -106,49 +118,19 @@ Item {
         }
     }
 
-    Flickable {
+    ScoreColumns {
+        id: columns
+
         x: root.modelWidth
         y: models.y
         width: root.width - x
-        height: figures.height + (contentWidth > width ? 8 : 0)
         visible: root.table.count > 0
-        contentWidth: figures.width
-        boundsBehavior: Flickable.StopAtBounds
-        flickableDirection: Flickable.HorizontalFlick
-        interactive: contentWidth > width
-        clip: interactive
-
-        Column {
-            id: figures
-
-            Row {
-                Repeater {
-                    model: root.columns
-
-                    ScoreHead {
-                        required property int modelData
-
-                        width: root.widths[modelData]
-                        height: root.headHeight
-                        table: root.table
-                        column: modelData
-                        isText: modelData === ScoreTableModel.Category
-                    }
-                }
-            }
-
-            Repeater {
-                model: root.table
-
-                ScoreFigures {
-                    columns: root.columns
-                    widths: root.widths
-                }
-            }
-        }
-
-        T.ScrollBar.horizontal: PaneScrollBar {
-            orientation: Qt.Horizontal
-        }
+        table: root.table
+        columns: root.columns
+        widths: root.widths
+        headHeight: root.headHeight
+        headColumn: root.headColumn
+        onHeadFocused: head => root.headFocused(head)
+        onLeftAtStart: modelHead.forceActiveFocus(Qt.TabFocusReason)
     }
 }
