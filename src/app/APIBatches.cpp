@@ -75,26 +75,28 @@ std::vector<AppModel::APIWork> AppModel::insertBatch(const QuorlBatch& batch, co
         credentials.try_emplace(model.id, secrets.load(model.id));
     const Date base = platform.clock.now();
 
+    std::vector<AnsweredRun> runs;
     std::vector<APIWork> work;
+    runs.reserve(items.size());
     work.reserve(items.size());
+    for (BatchItem& item : items) {
+        QuorlRun run = makeRun(batch, item);
+        run.categoryID = category;
+        run.scoringMode = order.scoring;
+        run.createdAt = base + static_cast<double>(runs.size()) * betweenRuns;
+        std::vector<ModelAnswer> answers;
+        std::vector<Job> jobs;
+        for (const ModelProfile& model : models) {
+            answers.push_back(makeAnswer(run, model, static_cast<std::int64_t>(answers.size())));
+            jobs.push_back({model, answers.back().id});
+        }
+        runs.push_back({std::move(run), std::move(answers)});
+        work.push_back({std::move(item.prompt), std::move(item.system), batch.kind, std::move(item.questions),
+                        std::move(jobs), credentials});
+    }
     writeTogether([&] {
         store->saveBatch(batch);
-        for (BatchItem& item : items) {
-            QuorlRun run = makeRun(batch, item);
-            run.categoryID = category;
-            run.scoringMode = order.scoring;
-            run.createdAt = base + static_cast<double>(work.size()) * betweenRuns;
-            store->insertRun(run);
-            std::vector<ModelAnswer> answers;
-            std::vector<Job> jobs;
-            for (const ModelProfile& model : models) {
-                answers.push_back(makeAnswer(run, model, static_cast<std::int64_t>(answers.size())));
-                jobs.push_back({model, answers.back().id});
-            }
-            store->insertAnswers(answers);
-            work.push_back({std::move(item.prompt), std::move(item.system), batch.kind,
-                            std::move(item.questions), std::move(jobs), credentials});
-        }
+        store->insertRuns(runs);
     });
     return work;
 }

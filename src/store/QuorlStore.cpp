@@ -114,6 +114,34 @@ void write(sqlite3* db, const char* sql, const Values&... values) {
     Statement(db, sql).bind(values...).run();
 }
 
+constexpr const char* insertRunSQL =
+    "INSERT INTO runs (id, kind, prompt, system_prompt, category_id, scoring_mode, created_at, "
+    "questions_json, batch_id, origin) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+
+constexpr const char* insertAnswerSQL =
+    "INSERT INTO answers (id, run_id, model_id, model_name, provider, position, state, text, latency_ms, "
+    "input_tokens, output_tokens, tokens_estimated, cost_usd, error, chosen_correct, accepted, rating, "
+    "dataset_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+
+void insertRow(Statement& insert, const QuorlRun& run) {
+    insert
+        .bind(run.id, rawString(run.kind), run.prompt, run.systemPrompt, run.categoryID,
+              rawString(run.scoringMode), run.createdAt, run.questionsJSON, run.batchID,
+              rawString(run.origin))
+        .run();
+    insert.reset();
+}
+
+void insertRow(Statement& insert, const ModelAnswer& answer) {
+    insert
+        .bind(answer.id, answer.runID, answer.modelID, answer.modelName, rawString(answer.provider),
+              answer.position, rawString(answer.state), answer.text, answer.latencyMS, answer.inputTokens,
+              answer.outputTokens, answer.tokensEstimated, answer.costUSD, answer.errorMessage,
+              answer.chosenCorrect, answer.accepted, answer.rating, answer.datasetID)
+        .run();
+    insert.reset();
+}
+
 // The first column of the first row; 0 if there is no row.
 template <class... Values>
 std::int64_t count(sqlite3* db, const char* sql, const Values&... values) {
@@ -279,11 +307,8 @@ void QuorlStore::deleteCategory(const UUID& id) {
 
 void QuorlStore::insertRun(const QuorlRun& run) {
     touched.runs.insert(run.id);
-    write(db.get(),
-          "INSERT INTO runs (id, kind, prompt, system_prompt, category_id, scoring_mode, created_at, "
-          "questions_json, batch_id, origin) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-          run.id, rawString(run.kind), run.prompt, run.systemPrompt, run.categoryID,
-          rawString(run.scoringMode), run.createdAt, run.questionsJSON, run.batchID, rawString(run.origin));
+    Statement insert(db.get(), insertRunSQL);
+    insertRow(insert, run);
 }
 
 void QuorlStore::deleteRun(const UUID& id) {
@@ -294,25 +319,22 @@ void QuorlStore::deleteRun(const UUID& id) {
 }
 
 void QuorlStore::insertAnswer(const ModelAnswer& answer) {
-    insertAnswers({&answer, 1});
+    touched.answersOfRuns.insert(answer.runID);
+    Statement insert(db.get(), insertAnswerSQL);
+    insertRow(insert, answer);
 }
 
-// Preparing takes longer than the insertion itself, so the rows of one call share their statement.
-void QuorlStore::insertAnswers(std::span<const ModelAnswer> answers) {
-    Statement insert(
-        db.get(),
-        "INSERT INTO answers (id, run_id, model_id, model_name, provider, position, state, text, latency_ms, "
-        "input_tokens, output_tokens, tokens_estimated, cost_usd, error, chosen_correct, accepted, rating, "
-        "dataset_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
-    for (const ModelAnswer& answer : answers) {
-        touched.answersOfRuns.insert(answer.runID);
-        insert
-            .bind(answer.id, answer.runID, answer.modelID, answer.modelName, rawString(answer.provider),
-                  answer.position, rawString(answer.state), answer.text, answer.latencyMS, answer.inputTokens,
-                  answer.outputTokens, answer.tokensEstimated, answer.costUSD, answer.errorMessage,
-                  answer.chosenCorrect, answer.accepted, answer.rating, answer.datasetID)
-            .run();
-        insert.reset();
+// Preparing takes longer than the insertion itself, so the rows of one call share their statements.
+void QuorlStore::insertRuns(std::span<const AnsweredRun> runs) {
+    Statement insertRun(db.get(), insertRunSQL);
+    Statement insertAnswer(db.get(), insertAnswerSQL);
+    for (const auto& [run, answers] : runs) {
+        touched.runs.insert(run.id);
+        insertRow(insertRun, run);
+        for (const ModelAnswer& answer : answers) {
+            touched.answersOfRuns.insert(answer.runID);
+            insertRow(insertAnswer, answer);
+        }
     }
 }
 

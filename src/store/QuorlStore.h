@@ -50,6 +50,11 @@ struct FiledRow {
     std::int64_t rowID = 0;
 };
 
+struct AnsweredRun {
+    QuorlRun run;
+    std::vector<ModelAnswer> answers;
+};
+
 // The one owner of the library file: opens it, brings an older layout up to date, reads and writes rows.
 // Thread: main. Failures: throws `StoreError`, whose text is SQLite's own. A load throws only where its
 // statement cannot be prepared; where reading breaks off later, the rows so far are its result.
@@ -87,9 +92,10 @@ public:
     void insertRun(const QuorlRun& run);
     void deleteRun(const UUID& id); // its answers first, then the run; dataset rows stay
     void insertAnswer(const ModelAnswer& answer);
-    void insertAnswers(std::span<const ModelAnswer> answers); // in that order, up to one that fails
-    void updateOutcome(const ModelAnswer& answer);            // state, text, latency, tokens, cost, error
-    void updateJudgment(const ModelAnswer& answer);           // chosenCorrect, accepted, rating, datasetID
+    /// Each run and then its answers, up to a row that fails.
+    void insertRuns(std::span<const AnsweredRun> runs);
+    void updateOutcome(const ModelAnswer& answer);  // state, text, latency, tokens, cost, error
+    void updateJudgment(const ModelAnswer& answer); // chosenCorrect, accepted, rating, datasetID
 
     void insertDataset(const DatasetExample& example);
     void updateDatasetJudgment(const UUID& id, std::optional<std::int64_t> rating,

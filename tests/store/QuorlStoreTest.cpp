@@ -243,26 +243,36 @@ TEST(QuorlStore, KeepsEveryFieldOfAnAnswer) {
                     {"-1", "9223372036854775807", "1", "0.1", "", "1", "0", "10", full.datasetID->text()}}));
 }
 
-TEST(QuorlStore, AnswersOfOneCallAreKeptWhole) {
+TEST(QuorlStore, RunsOfOneCallAreKeptWholeWithTheirAnswers) {
     StoreFile file;
-    const std::vector answers{bareAnswer(UUID::random()), fullAnswer(UUID::random()),
-                              bareAnswer(UUID::random())};
+    QuorlRun first = makeRun(QuorlKind::decision);
+    first.categoryID = UUID::random();
+    first.questionsJSON = "[]";
+    first.batchID = UUID::random();
+    first.createdAt += std::chrono::seconds(1);
+    const QuorlRun second = makeRun();
+    const std::vector answers{bareAnswer(first.id), fullAnswer(first.id), bareAnswer(second.id)};
 
-    file.store.insertAnswers(answers);
+    file.store.insertRuns(
+        std::vector<AnsweredRun>{{first, {answers[0], answers[1]}}, {second, {answers[2]}}});
 
+    EXPECT_THAT(file.store.loadRuns(), ElementsAre(first, second));
     EXPECT_THAT(file.store.loadAnswers(), ElementsAre(answers[0], answers[2], answers[1]));
 }
 
-TEST(QuorlStore, AnswersOfOneCallAreKeptUpToTheOneThatFails) {
+TEST(QuorlStore, RunsOfOneCallAreKeptUpToTheRowThatFails) {
     StoreFile file;
-    const ModelAnswer answer = makeAnswer(UUID::random());
-    const ModelAnswer next = makeAnswer(answer.runID);
+    const QuorlRun first = makeRun();
+    const QuorlRun second = makeRun();
+    const ModelAnswer answer = makeAnswer(first.id);
 
     EXPECT_EQ(errorOf([&] {
-                  file.store.insertAnswers(std::vector{answer, answer, next});
+                  file.store.insertRuns(std::vector<AnsweredRun>{
+                      {first, {answer, answer, makeAnswer(first.id)}}, {second, {makeAnswer(second.id)}}});
               }),
               "UNIQUE constraint failed: answers.id");
 
+    EXPECT_THAT(file.store.loadRuns(), ElementsAre(first));
     EXPECT_THAT(file.store.loadAnswers(), ElementsAre(answer));
 }
 
