@@ -2,25 +2,19 @@
 
 #include "store/QuorlStore.h"
 
-#include <algorithm>
-
 namespace quorl {
 
 void AppModel::refreshBatchStatus(const UUID& batchID) {
     const QuorlBatch* found = library.findBatch(batchID);
     if (!found)
         return;
-    const auto isRunning = [this](const QuorlRun* run) {
-        const auto answers = library.answersOfRun(run->id);
-        return std::ranges::find(answers, AnswerState::running, &ModelAnswer::state) != answers.end();
-    };
-    QuorlBatch batch = *found;
-    batch.status = std::ranges::any_of(library.runsOfBatch(batchID), isRunning) ? BatchStatus::running
-                                                                                : BatchStatus::done;
-    if (batch.status == found->status)
+    const BatchStatus status = library.isBatchRunning(batchID) ? BatchStatus::running : BatchStatus::done;
+    if (status == found->status)
         return;
+    QuorlBatch batch = *found;
+    batch.status = status;
     library.replaceBatch(batch);
-    alertOnFailure([&] { store->setBatchStatus(batchID, batch.status); });
+    alertOnFailure([&] { store->setBatchStatus(batchID, status); });
 }
 
 void AppModel::settleBatches() {

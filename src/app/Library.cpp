@@ -317,6 +317,16 @@ std::vector<const QuorlRun*> Library::runsOfBatch(const UUID& batchID) const {
     return ofBatch;
 }
 
+// Asked after every answer of a batch, which is why its runs are not put in order first.
+bool Library::isBatchRunning(const UUID& batchID) const {
+    const auto& runs = state->runs;
+    const auto batch = runs.groups().slots.find(batchID);
+    return batch != runs.groups().slots.end() && std::ranges::any_of(batch->second, [&](Slot slot) {
+               const auto answers = state->answers.ofRun(runs.inSlot(slot).id);
+               return std::ranges::find(answers, AnswerState::running, &ModelAnswer::state) != answers.end();
+           });
+}
+
 void Library::removeRun(UUID id) {
     state->changedHere.runs.insert(id);
     state->changedHere.answersOfRuns.insert(id);

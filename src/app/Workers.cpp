@@ -25,6 +25,7 @@ void Workers::start(std::function<void()> work) {
     MutexLock guard(lock);
     waiting.push_back(std::move(work));
     if (waiting.size() <= idle + starting) {
+        guard.unlock(); // which the woken thread would have to wait for
         arrived.notifyOne();
         return;
     }
