@@ -1,6 +1,6 @@
 """Holds the documents of the local API against a server that runs.
 
-DocumentTest.py OpenAPI|CurlLines --subject PROGRAM --documents FOLDER
+DocumentTest.py Structure|OpenAPI|CurlLines --subject PROGRAM --documents FOLDER
 """
 
 import argparse
@@ -58,6 +58,19 @@ class Subject:
             connection.close()
 
 
+def load_openapi():
+    with open(Path(arguments.documents) / "openapi.yaml", encoding="utf-8") as file:
+        return yaml.safe_load(file)
+
+
+def target_of(reference, document):
+    """What a reference names; it has to be something in the document itself."""
+    target = document
+    for key in reference.removeprefix("#/").split("/"):
+        target = target[key]
+    return target
+
+
 def inlined(schema, document):
     """The schema with what its references name put in their places; none of them leads back to itself."""
     if isinstance(schema, list):
@@ -66,11 +79,29 @@ def inlined(schema, document):
         return schema
     whole = {key: inlined(value, document) for key, value in schema.items() if key != "$ref"}
     if "$ref" in schema:
-        target = document
-        for key in schema["$ref"].removeprefix("#/").split("/"):
-            target = target[key]
-        whole = {**inlined(target, document), **whole}
+        whole = {**inlined(target_of(schema["$ref"], document), document), **whole}
     return whole
+
+
+def values_of(key, tree):
+    """What stands under that key, wherever in the tree it does."""
+    if isinstance(tree, list):
+        tree = dict(enumerate(tree))
+    if isinstance(tree, dict):
+        if key in tree:
+            yield tree[key]
+        for value in tree.values():
+            yield from values_of(key, value)
+
+
+def subschemas(schema):
+    """The schema and those inside it."""
+    yield schema
+    for key in ("items", "additionalProperties"):
+        if isinstance(schema.get(key), dict):
+            yield from subschemas(schema[key])
+    for part in [*schema.get("properties", {}).values(), *schema.get("anyOf", []), *schema.get("oneOf", [])]:
+        yield from subschemas(part)
 
 
 def error_texts(schema):
@@ -91,13 +122,98 @@ def holds(schema, value):
     return jsonschema.Draft202012Validator(schema).is_valid(value)
 
 
+class Structure(unittest.TestCase):
+    """docs/openapi.yaml is a document of OpenAPI 3.1, whether or not what it tells is true."""
+
+    METHODS = {"get", "post", "delete", "options"}
+    # JSON Schema takes any other word for a remark, and so a misspelt one.
+    KEYWORDS = {"$ref", "description", "default", "type", "const", "enum", "pattern", "minLength", "minimum", "maximum",
+                "items", "minItems", "maxItems", "properties", "required", "additionalProperties", "minProperties",
+                "maxProperties", "anyOf", "oneOf"}
+
+    @classmethod
+    def setUpClass(cls):
+        cls.document = load_openapi()
+        cls.operations = [(path, method, operation) for path, item in cls.document["paths"].items()
+                          for method, operation in item.items() if method != "parameters"]
+
+    def responses(self):
+        for path, method, operation in self.operations:
+            for status, response in operation["responses"].items():
+                yield f"{method} {path} {status}", inlined(response, self.document)
+
+    def schemas(self):
+        yield from values_of("schema", self.document)
+        yield from self.document["components"]["schemas"].values()
+
+    def test_it_says_what_it_is(self):
+        self.assertRegex(self.document["openapi"], r"^3\.1\.[0-9]+$")
+        for key in ("title", "version"):
+            self.assertIsInstance(self.document["info"][key], str)
+        self.assertEqual(set(self.document),
+                         {"openapi", "info", "servers", "security", "paths", "components"})
+
+    def test_every_reference_leads_to_something(self):
+        for reference in values_of("$ref", self.document):
+            with self.subTest(reference=reference):
+                self.assertTrue(reference.startswith("#/components/"))
+                self.assertIsInstance(target_of(reference, self.document), dict)
+
+    def test_every_component_is_used(self):
+        references = set(values_of("$ref", self.document))
+        for kind, components in self.document["components"].items():
+            for name in components:
+                with self.subTest(kind=kind, name=name):
+                    is_named = f"`{name}`" in self.document["info"]["description"]
+                    is_required = kind == "securitySchemes" and {name: []} in self.document["security"]
+                    self.assertTrue(f"#/components/{kind}/{name}" in references or is_named or is_required)
+
+    def test_every_schema_is_one(self):
+        for schema in self.schemas():
+            with self.subTest(schema=schema):
+                jsonschema.Draft202012Validator.check_schema(schema)
+                for part in subschemas(schema):
+                    self.assertLessEqual(set(part), self.KEYWORDS)
+                    re.compile(part.get("pattern", ""))
+                    if "default" in part:
+                        self.assertTrue(holds(inlined(part, self.document), part["default"]))
+
+    def test_every_path_names_its_parameters(self):
+        for path, item in self.document["paths"].items():
+            with self.subTest(path=path):
+                self.assertTrue(path.startswith("/"))
+                self.assertLessEqual(set(item), self.METHODS | {"parameters"})
+                parameters = inlined(item.get("parameters", []), self.document)
+                self.assertEqual([parameter["name"] for parameter in parameters], re.findall(r"{(\w+)}", path))
+                for parameter in parameters:
+                    self.assertEqual((parameter["in"], parameter["required"]), ("path", True))
+                    self.assertIn("schema", parameter)
+
+    def test_every_operation_has_a_name_of_its_own_and_replies(self):
+        names = [operation["operationId"] for _, _, operation in self.operations]
+        self.assertEqual(len(names), len(set(names)))
+        for path, method, operation in self.operations:
+            with self.subTest(path=path, method=method):
+                self.assertLessEqual(set(operation), {"operationId", "summary", "description", "security",
+                                                      "requestBody", "responses"})
+                self.assertTrue(operation["responses"])
+                self.assertEqual("requestBody" in operation, path != "/v1/answers/{id}/dataset" and method == "post")
+
+    def test_every_reply_has_a_status_and_words(self):
+        for place, response in self.responses():
+            with self.subTest(place=place):
+                self.assertRegex(place, r" [1-5][0-9]{2}$")
+                self.assertLessEqual(set(response), {"description", "content"})
+                self.assertTrue(response["description"])
+                self.assertIn(set(response.get("content", {})), (set(), {"application/json"}))
+
+
 class OpenAPI(unittest.TestCase):
     """Every reply is as docs/openapi.yaml tells it, and all that it tells has been a reply."""
 
     @classmethod
     def setUpClass(cls):
-        with open(Path(arguments.documents) / "openapi.yaml", encoding="utf-8") as file:
-            document = yaml.safe_load(file)
+        document = load_openapi()
         cls.document = inlined(document, document)
         cls.replies = []  # path as documented, method, status, body
         cls.collect()
@@ -330,16 +446,14 @@ class CurlLines(unittest.TestCase):
             path = re.sub(r"[0-9A-F-]{36}", "{id}", url.removeprefix("http://127.0.0.1:47821"))
             used.add((method, path))
         self.assertGreaterEqual(len(run.stderr.splitlines()), mentioned)
-        with open(Path(arguments.documents) / "openapi.yaml", encoding="utf-8") as file:
-            paths = yaml.safe_load(file)["paths"]
-        routes = {(method.upper(), path) for path, operations in paths.items() for method in operations
+        routes = {(method.upper(), path) for path, operations in load_openapi()["paths"].items() for method in operations
                   if method not in ("parameters", "options")}
         self.assertEqual(used, routes)
 
 
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
-    parser.add_argument("document", choices=["OpenAPI", "CurlLines"])
+    parser.add_argument("document", choices=["Structure", "OpenAPI", "CurlLines"])
     parser.add_argument("--subject", required=True)
     parser.add_argument("--documents", required=True)
     arguments = parser.parse_args()

@@ -70,6 +70,13 @@ TEST_F(StartAPITest, ListensOnTheProgramsPortAndSaysSoAtOnce) {
     EXPECT_EQ(program->server.boundPort(), port);
 }
 
+TEST_F(StartAPITest, NamesThePortThatItListensOn) {
+    program->start();
+
+    ASSERT_NE(program->port(), port);
+    EXPECT_EQ(*model().apiBase, "http://127.0.0.1:" + std::to_string(program->port()));
+}
+
 TEST_F(StartAPITest, AnswersWhoeverHasTheToken) {
     program->startOn(port);
 

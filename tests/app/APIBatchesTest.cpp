@@ -131,6 +131,11 @@ TEST_F(APIBatchesTest, TwoHundredItemsAreTheMost) {
     EXPECT_EQ(harness.runsOf(batch).size(), 200u);
 }
 
+TEST_F(APIBatchesTest, TooManyItemsComeBeforeTheirSnapshots) {
+    expectRefused(generation(std::vector<std::string>(201, "Up?")).dump(), "A batch can hold 200 items.",
+                  QuestionSnapshots(1));
+}
+
 TEST_F(APIBatchesTest, SnapshotsMatchTheItemsBeforeAnythingElseIsLookedAt) {
     const Json::Value body = with(decision({{{"state", "Rain"}}}), "subcategory", "Weather");
     expectRefused(body.dump(), "Question snapshots must match batch items.", QuestionSnapshots{});

@@ -358,6 +358,23 @@ TEST_F(NextQuestionTest, WithoutARunTheQuestionIsClearedAllTheSame) {
     EXPECT_EQ(*model().destination, Destination(Screen::draft));
 }
 
+TEST_F(NextQuestionTest, WithoutARunADecisionKeepsItsContextAndOptions) {
+    DecisionQuestion question = makeChoice();
+    question.instructions = "What now?";
+    model().setKind(QuorlKind::decision);
+    model().draftPrompt = "The parcel is late.";
+    model().draftQuestions = std::vector{question};
+    const auto focus = *model().focusToken;
+
+    model().nextQuestion();
+
+    question.instructions.clear();
+    EXPECT_THAT(*model().draftQuestions, ElementsAre(question));
+    EXPECT_EQ(*model().draftPrompt, "The parcel is late.");
+    EXPECT_GT(*model().focusToken, focus);
+    EXPECT_EQ(harness.defaults.string("draft.questions"), Veritor::archive({question}));
+}
+
 TEST_F(NextQuestionTest, OfARunThatIsGoneTheQuestionIsClearedAllTheSame) {
     model().setKind(QuorlKind::generation);
     model().draftPrompt = "Which way is up?";

@@ -174,6 +174,14 @@ TEST_F(MarkingTest, AllThreeAreAppliedOneAfterTheOther) {
     EXPECT_EQ(inFile(1).accepted, false);
 }
 
+TEST_F(MarkingTest, APreferenceBeforeAnErrorStays) {
+    EXPECT_EQ(mark(R"({"chosen_correct":true,"rating":11})"), noRating);
+
+    EXPECT_TRUE(inFile(0).chosenCorrect);
+    EXPECT_EQ(inFile(0).accepted, true);
+    EXPECT_EQ(inFile(1).accepted, false);
+}
+
 TEST_F(MarkingTest, WhatWasJudgedBeforeAnErrorStays) {
     EXPECT_EQ(mark(R"({"chosen_correct":true,"accepted":null,"rating":11})"), noRating);
 
@@ -199,7 +207,7 @@ TEST_F(MarkingTest, AnAnswerWhoseRunIsGoneIsNotFoundAfterItWasJudged) {
 TEST_F(MarkingTest, ADecisionIsShownWithItsSummary) {
     QuorlRun decision = makeRun(QuorlKind::decision);
     ModelAnswer answer = makeAnswer(decision.id);
-    answer.text = R"({"answers":{"refund":{"answer":"Yes"}}})";
+    answer.text = R"({"answers":{"refund":{"type":"noul","noul":0.9}}})";
     harness.file().insertRun(decision);
     harness.file().insertAnswer(answer);
     harness.start();
@@ -207,7 +215,7 @@ TEST_F(MarkingTest, ADecisionIsShownWithItsSummary) {
     const auto shown = Json::parse(model().markAPIAnswer(answer.id, R"({"rating":5})").body).value();
 
     EXPECT_EQ(shown["text"], answer.text);
-    EXPECT_NE(shown["summary"], answer.text);
+    EXPECT_EQ(shown["summary"], "refund  ·  90% yes");
 }
 
 TEST_F(MarkingTest, AFailureOfTheFileShowsInTheAlertAndNotInTheReply) {

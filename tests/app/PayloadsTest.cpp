@@ -336,13 +336,14 @@ TEST(AnswerJSON, ACostIsWrittenAsShortAsItCanBe) {
 
 TEST(AnswerJSON, OnlyADecisionIsSummedUp) {
     ModelAnswer answer = makeAnswer(UUID::random());
-    answer.text = "{\n  \"answers\": {\n    \"refund\": {\n      \"answer\": \"Yes\"\n    }\n  }\n}";
+    answer.text = "{\n  \"answers\": {\n    \"refund\": {\n      \"noul\": 0.9,\n      \"type\": \"noul\"\n  "
+                  "  }\n  }\n}";
 
     const Json::Value decision = AppModel::answerJSON(answer, QuorlKind::decision);
     const Json::Value generation = AppModel::answerJSON(answer, QuorlKind::generation);
 
     EXPECT_EQ(decision["text"], answer.text);
-    EXPECT_NE(decision["summary"], answer.text);
+    EXPECT_EQ(decision["summary"], "refund  ·  90% yes");
     EXPECT_EQ(generation["summary"], answer.text);
 }
 
