@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "decision/Veritor.h"
+#include "screens/Announcer.h"
 #include "screens/Strings.h"
 
 namespace quorl {
@@ -56,9 +57,10 @@ QString labelOf(const std::vector<ModelProfile>& models) {
 
 DraftScreen::DraftScreen(const ScreenParts& parts)
     : model(parts.model), adapter(parts.adapter), windowState(parts.services.windowState),
-      questionRows(model),
+      announcer(parts.announcer), questionRows(model),
       templateEditor(model, QuestionEditor::Place::bulkTemplate, *model.draftBulkTemplate), bulkRows(model),
-      pasteSheet(bulkRows), answersReview(model, adapter, parts.services.clipboard, parts.announcer),
+      pasteSheet(bulkRows, announcer),
+      answersReview(model, adapter, parts.services.clipboard, parts.announcer),
       shownDivider(windowState.divider().value_or(0)) {
     connect(&adapter, &ModelAdapter::changed, this, &DraftScreen::refresh);
     connect(&bulkRows, &BulkQuestionListModel::countChanged, this, &DraftScreen::runLabelChanged);
@@ -126,10 +128,10 @@ void DraftScreen::toggleModel(const QString& modelID) {
 
 void DraftScreen::compare() {
     adapter.deliver(); // or an edit of this turn would clear what is said here
-    if (QString missing = whatIsMissing(); !missing.isEmpty())
-        return setValidation(std::move(missing));
+    if (const QString missing = whatIsMissing(); !missing.isEmpty())
+        return refuse(missing);
     if (model.selectedModels().empty()) {
-        setValidation(tr("Choose at least one ready model."));
+        refuse(tr("Choose at least one ready model."));
         Q_EMIT modelsRequested();
         return;
     }
@@ -250,6 +252,12 @@ void DraftScreen::setValidation(QString line) {
         return;
     shownValidation = std::move(line);
     Q_EMIT validationChanged();
+}
+
+// Every press gets its answer, be it the same one once more.
+void DraftScreen::refuse(const QString& reason) {
+    setValidation(reason);
+    announcer.announce(reason);
 }
 
 void DraftScreen::edit(Observed<std::string>& text, QString Texts::*shown, const QString& edited) {

@@ -15,9 +15,11 @@
 
 namespace quorl {
 
+class Announcer;
+
 // The Compare screen: a composer, where the question is written and the models are chosen, and the answers of
 // the comparison on show. It edits the draft of the model directly. Thread: main. Failures: in `validation`,
-// or in the alert of the model.
+// which is read to those who do not see it, or in the alert of the model.
 class DraftScreen : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -126,6 +128,7 @@ private:
     void refreshTexts();
     void refreshModels();
     void setValidation(QString line);
+    void refuse(const QString& reason);
     void edit(Observed<std::string>& text, QString Texts::*shown, const QString& edited);
 
     // What is missing in the draft, as a sentence; empty if nothing is.
@@ -134,6 +137,7 @@ private:
     AppModel& model;
     ModelAdapter& adapter;
     WindowState& windowState;
+    Announcer& announcer;
     QuestionListModel questionRows;
     QuestionEditor templateEditor;
     BulkQuestionListModel bulkRows;

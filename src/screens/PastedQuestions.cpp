@@ -1,9 +1,16 @@
 #include "screens/PastedQuestions.h"
 
+#include "screens/Announcer.h"
+
 namespace quorl {
 
-PastedQuestions::PastedQuestions(BulkQuestionListModel& bulkList) : list(bulkList) {
+PastedQuestions::PastedQuestions(BulkQuestionListModel& bulkList, Announcer& speaker)
+    : list(bulkList), announcer(speaker) {
     connect(&list, &BulkQuestionListModel::linesOverflowed, this, &PastedQuestions::takeOver);
+}
+
+QString PastedQuestions::problem() const {
+    return isTooLong() ? tr("A batch can hold up to 200 questions.") : QString();
 }
 
 bool PastedQuestions::isTooLong() const {
@@ -21,10 +28,13 @@ void PastedQuestions::close() {
 void PastedQuestions::edit(const QString& text) {
     if (text == shownText)
         return;
+    const bool wasTooLong = isTooLong();
     shownText = text;
     lineCount = static_cast<std::size_t>(BulkQuestionListModel::linesOf(text).size());
     Q_EMIT textChanged();
     Q_EMIT linesChanged();
+    if (shownOpen && !wasTooLong)
+        announceProblem();
 }
 
 void PastedQuestions::add() {
@@ -48,8 +58,15 @@ void PastedQuestions::setOpen(bool open) {
         return;
     shownOpen = open;
     Q_EMIT openChanged();
-    if (open)
-        Q_EMIT linesChanged(); // the list may have grown or shrunk
+    if (!open)
+        return;
+    Q_EMIT linesChanged(); // the list may have grown or shrunk
+    announceProblem();
+}
+
+void PastedQuestions::announceProblem() {
+    if (isTooLong())
+        announcer.announce(problem());
 }
 
 } // namespace quorl

@@ -8,25 +8,27 @@
 
 namespace quorl {
 
+class Announcer;
+
 // The sheet that takes a list of questions, one a line. Its text stays until it has been added. Thread: main.
-// Failures: none.
+// Failures: in `problem`, which is read to those who do not see it.
 class PastedQuestions : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by DraftScreen")
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY openChanged)
     Q_PROPERTY(QString text READ text NOTIFY textChanged)
-    Q_PROPERTY(bool isTooLong READ isTooLong NOTIFY linesChanged) // the list and these lines together
+    Q_PROPERTY(QString problem READ problem NOTIFY linesChanged) // with these lines; empty for none
     Q_PROPERTY(bool canAdd READ canAdd NOTIFY linesChanged)
     Q_PROPERTY(QString addLabel READ addLabel NOTIFY linesChanged)
 
 public:
-    /// `bulkList` is borrowed and must outlive the sheet.
-    explicit PastedQuestions(BulkQuestionListModel& bulkList);
+    /// Both are borrowed and must outlive the sheet.
+    PastedQuestions(BulkQuestionListModel& bulkList, Announcer& speaker);
 
     [[nodiscard]] bool isOpen() const { return shownOpen; }
     [[nodiscard]] QString text() const { return shownText; }
-    [[nodiscard]] bool isTooLong() const;
+    [[nodiscard]] QString problem() const;
     [[nodiscard]] bool canAdd() const { return lineCount > 0 && !isTooLong(); }
     [[nodiscard]] QString addLabel() const { return tr("Add %1 questions").arg(lineCount); }
 
@@ -41,10 +43,15 @@ Q_SIGNALS:
     void linesChanged();
 
 private:
+    // The list and these lines together.
+    [[nodiscard]] bool isTooLong() const;
+
     void takeOver(const QStringList& lines);
     void setOpen(bool open);
+    void announceProblem();
 
     BulkQuestionListModel& list;
+    Announcer& announcer;
     bool shownOpen = false;
     QString shownText;
     std::size_t lineCount = 0;

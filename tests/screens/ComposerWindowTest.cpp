@@ -4,6 +4,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <algorithm>
+
 namespace quorl::test {
 namespace {
 
@@ -80,12 +82,6 @@ protected:
             question.options.push_back({UUID::random(), label, ""});
         return question;
     }
-
-    static std::string description(QQuickItem* item) {
-        return item
-                   ? QAccessible::queryAccessibleInterface(item)->text(QAccessible::Description).toStdString()
-                   : std::string();
-    }
 };
 
 using Texts = std::vector<std::string>;
@@ -96,7 +92,7 @@ TEST_F(ComposerWindowTest, TheMenuNamesTheModeAndSwitchesIt) {
     open();
     QQuickItem* mode = findMenuButton("Ask models");
     ASSERT_NE(mode, nullptr);
-    EXPECT_EQ(description(mode), "Switch between single questions, bulk questions, or language models");
+    EXPECT_EQ(descriptionOf(mode), "Switch between single questions, bulk questions, or language models");
 
     click(mode);
     click(findEntry("Decision models"));
@@ -190,6 +186,25 @@ TEST_F(ComposerWindowTest, TheOptionsOfABulkListAreThoseOfAllItsQuestions) {
     EXPECT_NE(findField("Category (optional)"), nullptr);
 }
 
+TEST_F(ComposerWindowTest, TheIdentifierExplainsItself) {
+    openDecision();
+    clickAndPause(findButton("Comparison options"));
+
+    EXPECT_EQ(descriptionOf(findField("Question identifier (optional)")),
+              "An identifier for API responses. Generated automatically when blank.");
+}
+
+TEST_F(ComposerWindowTest, ControlNClosesTheOptionsAndLeadsToTheQuestion) {
+    open();
+    clickAndPause(findButton("Comparison options"));
+
+    press(Qt::Key_N, Qt::ControlModifier);
+    pause();
+
+    EXPECT_EQ(findText("Options"), nullptr);
+    EXPECT_EQ(focused(), "Question");
+}
+
 // --- The questions ---
 
 TEST_F(ComposerWindowTest, AQuestionIsAddedFromTheOptionsAndRemovedButTheFirstStays) {
@@ -244,21 +259,44 @@ TEST_F(ComposerWindowTest, TabGoesThroughTheComposerInOrder) {
     press(Qt::Key_Backtab);
     press(Qt::Key_Backtab);
     press(Qt::Key_Backtab);
-    Texts visited{focused()};
-    for (int stops = 0; stops < 12; ++stops) {
-        press(Qt::Key_Tab);
-        visited.push_back(focused());
-    }
+    EXPECT_EQ(tabStops(13),
+              (Texts{"Decision", "Comparison options", "Context", "About context", "Question",
+                     "Choose one option", "Choice", "Choice description and options", "Choice",
+                     "Choice description and options", "Add choice", "Choose models", "Compare"}));
+}
 
-    EXPECT_EQ(visited, (Texts{"Decision", "Comparison options", "Context", "About context", "Question",
-                              "Choose one option", "Choice", "Choice description and options", "Choice",
-                              "Choice description and options", "Add choice", "Choose models", "Compare"}));
+TEST_F(ComposerWindowTest, TabGoesThroughAScoreAndASecondQuestionInOrder) {
+    DecisionQuestion score = choiceOf({"", ""});
+    score.type = DecisionQuestionType::score;
+    score.levels = {"bad", "middling", "good"};
+    DecisionQuestion yesNo = choiceOf({"", ""});
+    yesNo.type = DecisionQuestionType::noul;
+    harness.defaults.setString("draft.questions", Veritor::archive({score, yesNo}));
+    openDecision();
+    ASSERT_EQ(focused(), "Question");
+
+    EXPECT_EQ(tabStops(16),
+              (Texts{"Question", "Place the answer on an ordered scale", "About score scales", "Use numbers",
+                     "Lowest score level", "Remove score level", "Score level 2", "Remove score level",
+                     "Highest score level", "Remove score level", "Add level", "Additional question",
+                     "Remove question", "Ask a yes or no question", "Define Yes and No", "Choose models"}));
+}
+
+TEST_F(ComposerWindowTest, TabGoesThroughABulkListInOrder) {
+    openBulk({"one", "two"});
+    findMenuButton("Bulk questions")->forceActiveFocus(Qt::TabFocusReason);
+
+    EXPECT_EQ(tabStops(18), (Texts{"Bulk questions", "Comparison options", "Shared context", "About context",
+                                   "Choose one option", "Choice", "Choice description and options", "Choice",
+                                   "Choice description and options", "Add choice", "Paste list",
+                                   "Bulk question 1", "Question actions", "Bulk question 2",
+                                   "Question actions", "Add question", "Choose models", "Run 2 questions"}));
 }
 
 TEST_F(ComposerWindowTest, TheInfoButtonExplainsTheContext) {
     openDecision();
 
-    EXPECT_EQ(description(findButton("About context")),
+    EXPECT_EQ(descriptionOf(findButton("About context")),
               "Required. Facts or instructions every model uses. In bulk mode, this is shared by every "
               "question.");
 }
@@ -344,7 +382,7 @@ TEST_F(ComposerWindowTest, AScoreScaleIsWrittenGrownAndShrunk) {
         press(Qt::Key_Return);
     EXPECT_EQ(draftQuestion().levels.size(), 10u);
     EXPECT_FALSE(findButton("Add level")->isEnabled());
-    EXPECT_EQ(description(findButton("Add level")), "A score can use up to ten ordered levels");
+    EXPECT_EQ(descriptionOf(findButton("Add level")), "A score can use up to ten ordered levels");
 }
 
 TEST_F(ComposerWindowTest, NumbersReplaceTheLevels) {
@@ -352,7 +390,7 @@ TEST_F(ComposerWindowTest, NumbersReplaceTheLevels) {
     question.type = DecisionQuestionType::score;
     question.levels = {"bad", "good"};
     openWith(question);
-    EXPECT_EQ(description(findMenuButton("Use numbers")), "Replace these levels with a numeric scale");
+    EXPECT_EQ(descriptionOf(findMenuButton("Use numbers")), "Replace these levels with a numeric scale");
 
     click(findMenuButton("Use numbers"));
     click(findEntry("1 to 5"));
@@ -416,7 +454,7 @@ TEST_F(ComposerWindowTest, ABulkListIsWrittenByReturn) {
 
 TEST_F(ComposerWindowTest, ARowIsCopiedAndRemovedByItsMenu) {
     openBulk({"one", "two", "three"});
-    EXPECT_EQ(description(findMenuButton("Question actions")), "Duplicate or remove question");
+    EXPECT_EQ(descriptionOf(findMenuButton("Question actions")), "Duplicate or remove question");
 
     click(findMenuButton("Question actions"));
     click(findEntry("Duplicate"));
@@ -556,7 +594,7 @@ TEST_F(ComposerWindowTest, ModelsAreChosenInTheirPopover) {
     open();
     QQuickItem* selector = findButton("first + second");
     ASSERT_NE(selector, nullptr);
-    EXPECT_EQ(description(selector), "Select the models to compare");
+    EXPECT_EQ(descriptionOf(selector), "Select the models to compare");
 
     clickAndPause(selector);
     EXPECT_NE(findText("Models"), nullptr);
@@ -584,7 +622,7 @@ TEST_F(ComposerWindowTest, AModelThatIsNotReadySaysWhyAndCannotBeChosen) {
     click(toggle);
 
     EXPECT_FALSE(toggle->isEnabled());
-    EXPECT_EQ(description(toggle), "Add an API key.");
+    EXPECT_EQ(descriptionOf(toggle), "Add an API key.");
     EXPECT_EQ(*harness.model().draftModelIDs, before);
 }
 
@@ -618,6 +656,18 @@ TEST_F(ComposerWindowTest, WithoutAReadyModelThePopoverOpens) {
     EXPECT_NE(findProblem("Choose at least one ready model."), nullptr); // until the next edit
 }
 
+TEST_F(ComposerWindowTest, ControlReturnRunsFromThePopoverOfTheModels) {
+    addChosenModel("up");
+    open();
+    type("Why?");
+    clickAndPause(findButton("up"));
+
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(harness.answered());
+
+    EXPECT_EQ(harness.model().library.runCount(), 1u);
+}
+
 TEST_F(ComposerWindowTest, ABlankQuestionIsRefusedUnderTheButtonUntilTheNextLetter) {
     addChosenModel("up");
     open();
@@ -630,7 +680,134 @@ TEST_F(ComposerWindowTest, ABlankQuestionIsRefusedUnderTheButtonUntilTheNextLett
     EXPECT_EQ(findProblem("Write a question first."), nullptr);
 }
 
+TEST_F(ComposerWindowTest, EveryControlHasItsSymbol) {
+    DecisionQuestion score = choiceOf({"", ""});
+    score.type = DecisionQuestionType::score;
+    score.levels = {"bad", "middling", "good"};
+    harness.defaults.setString("draft.questions", Veritor::archive({choiceOf({"one", "two"}), score}));
+    openDecision();
+    harness.root().draft()->compare();
+    settle();
+
+    EXPECT_EQ(symbolsOn(findMenuButton("Decision")), u"\ue5cf");
+    EXPECT_EQ(symbolsOn(findButton("Comparison options")), u"\ue429");
+    EXPECT_EQ(symbolsOn(findSegment("Choose one option")), u"\ue241");
+    EXPECT_EQ(symbolsOn(findSegment("Place the answer on an ordered scale")), u"\ueac7");
+    EXPECT_EQ(symbolsOn(findSegment("Ask a yes or no question")), u"\ue5ca");
+    EXPECT_EQ(symbolsOn(findButton("Choice description and options")), u"\ue5d3");
+    EXPECT_EQ(symbolsOn(findButton("Add choice")), u"\ue145");
+    EXPECT_EQ(symbolsOn(findButton("Remove question")), u"\ue15d");
+    EXPECT_EQ(symbolsOn(findMenuButton("Use numbers")), u"\ueac7\ue5cf");
+    EXPECT_EQ(symbolsOn(findButton("Remove score level")), u"\ue15d");
+    EXPECT_EQ(symbolsOn(findButton("Add level")), u"\ue145");
+    EXPECT_EQ(symbolsOn(findButton("Choose models")), u"\ue5cf");
+    EXPECT_EQ(symbolsOn(findButton("Compare")), u"\ue5c8");
+    EXPECT_EQ(symbolsOn(findProblem("Write the state this decision is about.")), u"\ue001");
+}
+
+TEST_F(ComposerWindowTest, EveryControlOfABulkListHasItsSymbol) {
+    openBulk({"one"});
+
+    EXPECT_EQ(symbolsOn(findButton("Paste list")), u"\ue14f");
+    EXPECT_EQ(descriptionOf(findButton("Paste list")), "Add one question per line");
+    EXPECT_EQ(findField("Bulk question 1")->property("placeholderText"), QStringLiteral("Question"));
+    EXPECT_EQ(symbolsOn(findMenuButton("Question actions")), u"\ue5d3");
+    EXPECT_EQ(symbolsOn(findButton("Add question")), u"\ue145");
+    EXPECT_EQ(symbolsOn(findButton("Run 1 question")), u"\ue5c8");
+}
+
+TEST_F(ComposerWindowTest, EveryEmptyFieldSaysWhatBelongsThere) {
+    DecisionQuestion score = choiceOf({"", ""});
+    score.instructions = "";
+    score.type = DecisionQuestionType::score;
+    score.levels = {"", "", ""};
+    harness.defaults.setString("draft.questions", Veritor::archive({score, choiceOf({"", ""})}));
+    openDecision();
+    const auto placeholder = [&](const char* field) {
+        QQuickItem* found = findField(field);
+        return found ? found->property("placeholderText").toString().toStdString() : std::string();
+    };
+
+    EXPECT_EQ(placeholder("Context"), "What should the models know?");
+    EXPECT_EQ(placeholder("Question"), "What would you like to ask?");
+    EXPECT_EQ(placeholder("Additional question"), "What would you like to ask?");
+    EXPECT_EQ(placeholder("Lowest score level"), "Lowest level");
+    EXPECT_EQ(placeholder("Score level 2"), "Level 2");
+    EXPECT_EQ(placeholder("Highest score level"), "Highest level");
+    EXPECT_EQ(placeholder("Choice"), "Choice");
+    EXPECT_EQ(descriptionOf(findButton("About score scales")),
+              "Define two to ten ordered levels. Nuvel returns a weighted position on this scale, not a "
+              "value between numeric minimum and maximum fields.");
+    clickAndPause(findButton("Choice description and options"));
+    EXPECT_EQ(placeholder("Description"), "Optional meaning of this choice");
+}
+
+TEST_F(ComposerWindowTest, WhatIsOpenIsClosedByItsButtonAndByEscapeWhichReturnsTheKeyboard) {
+    DecisionQuestion yesNo = choiceOf({"", ""});
+    yesNo.type = DecisionQuestionType::noul;
+    DecisionQuestion score = choiceOf({"", ""});
+    score.type = DecisionQuestionType::score;
+    harness.defaults.setString("draft.questions", Veritor::archive({choiceOf({"", ""}), score, yesNo}));
+    openDecision();
+    window().resize(1240, 1200);
+    settle();
+    const auto isAnythingOpen = [&] {
+        const QList<QQuickItem*> popups = window().contentItem()->childItems().last()->childItems();
+        return std::any_of(popups.begin(), popups.end(),
+                           [](QQuickItem* popup) { return popup->isVisible(); });
+    };
+
+    for (QQuickItem* opener : {findButton("Comparison options"), findButton("Define Yes and No")}) {
+        clickAndPause(opener);
+        EXPECT_TRUE(isAnythingOpen());
+        clickAndPause(opener);
+        EXPECT_TRUE(waitFor([&] { return !isAnythingOpen(); }));
+    }
+    for (QQuickItem* opener :
+         {findMenuButton("Decision"), findButton("Comparison options"),
+          findButton("Choice description and options"), findMenuButton("Use numbers"),
+          findButton("Define Yes and No"), findButton("Choose models"), findMenuButton("Tools")}) {
+        ASSERT_NE(opener, nullptr);
+        opener->forceActiveFocus(Qt::TabFocusReason);
+        const std::string name = focused();
+        press(Qt::Key_Space);
+        pause();
+        EXPECT_TRUE(isAnythingOpen()) << name;
+
+        escape();
+        EXPECT_TRUE(waitFor([&] { return !isAnythingOpen(); })) << name;
+        EXPECT_EQ(focused(), name);
+    }
+}
+
 // --- Layout ---
+
+TEST_F(ComposerWindowTest, FromAWidthOf800OnTheAnswersStandBesideTheComposer) {
+    open();
+    const auto isBeside = [&](int width) {
+        window().resize(width, 800);
+        settle();
+        const double answers = find(QStringLiteral("Answers"), QAccessible::Heading)->mapToScene({}).x();
+        return answers > findButton("Comparison options")->mapToScene({}).x();
+    };
+
+    EXPECT_TRUE(isBeside(1004)); // of which the rail takes 204
+    EXPECT_FALSE(isBeside(1003));
+    EXPECT_FALSE(isBeside(980));
+    EXPECT_TRUE(isBeside(979));
+    EXPECT_TRUE(isBeside(800));
+    EXPECT_FALSE(isBeside(799));
+}
+
+TEST_F(ComposerWindowTest, ThePaddingIs32AndInANarrowWindow20) {
+    open({500, 800});
+    EXPECT_EQ(findField("Question")->mapToScene({}).x(), 32);
+
+    window().resize(499, 800);
+    settle();
+    EXPECT_EQ(findField("Question")->mapToScene({}).x(), 20);
+    EXPECT_EQ(findField("Question")->width(), 459);
+}
 
 TEST_F(ComposerWindowTest, TheFooterFollowsTheFieldsAndSticksToTheBottomUnderALongList) {
     openBulk({"one"});

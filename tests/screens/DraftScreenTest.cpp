@@ -388,6 +388,23 @@ TEST_F(DraftScreenTest, AQuestionWithoutAReadyModelIsRefusedAndAsksForOne) {
     EXPECT_EQ(harness.model().library.runCount(), 0u);
 }
 
+TEST_F(DraftScreenTest, WhatIsMissingIsReadWithEveryPress) {
+    DraftScreen& screen = show();
+    const Announcer& announcer = *harness.root().announcer();
+    const QSignalSpy announced(&announcer, &Announcer::announced);
+
+    screen.compare();
+    EXPECT_EQ(announcer.words(), QStringLiteral("Write a question first."));
+    screen.compare();
+    EXPECT_EQ(announced.count(), 2);
+
+    screen.editPrompt(QStringLiteral("Why?"));
+    ScreenHarness::endTurn();
+    EXPECT_EQ(announced.count(), 2);
+    screen.compare();
+    EXPECT_EQ(announcer.words(), QStringLiteral("Choose at least one ready model."));
+}
+
 TEST_F(DraftScreenTest, AnyEditClearsTheValidationLine) {
     DraftScreen& screen = show();
     const auto text = QStringLiteral("x");

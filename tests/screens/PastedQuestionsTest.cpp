@@ -19,6 +19,8 @@ protected:
         return *harness.show().draft()->pasted();
     }
 
+    const QString tooLong = QStringLiteral("A batch can hold up to 200 questions.");
+
     static QString lines(int count) { return QStringLiteral("how\n").repeated(count); }
 
     const std::vector<BulkQuestion>& draft() { return *harness.model().draftBulkQuestions; }
@@ -35,7 +37,7 @@ TEST_F(PastedQuestionsTest, CountsTheLinesThatSaySomething) {
 
     EXPECT_EQ(pasted.addLabel(), QStringLiteral("Add 4 questions"));
     EXPECT_TRUE(pasted.canAdd());
-    EXPECT_FALSE(pasted.isTooLong());
+    EXPECT_EQ(pasted.problem(), QString());
 }
 
 TEST_F(PastedQuestionsTest, ASingleLineIsCountedInTheSameWords) {
@@ -78,7 +80,7 @@ TEST_F(PastedQuestionsTest, TooManyTogetherAreSaidAndCannotBeAdded) {
     PastedQuestions& pasted = show(60, 3);
     pasted.open();
     pasted.edit(lines(150));
-    EXPECT_TRUE(pasted.isTooLong());
+    EXPECT_EQ(pasted.problem(), tooLong);
     EXPECT_FALSE(pasted.canAdd());
 
     pasted.add();
@@ -86,7 +88,7 @@ TEST_F(PastedQuestionsTest, TooManyTogetherAreSaidAndCannotBeAdded) {
     EXPECT_TRUE(pasted.isOpen());
 
     pasted.edit(lines(140));
-    EXPECT_FALSE(pasted.isTooLong());
+    EXPECT_EQ(pasted.problem(), QString());
     pasted.add();
     EXPECT_EQ(draft().size(), 200u);
 }
@@ -113,8 +115,26 @@ TEST_F(PastedQuestionsTest, ALongerListIsCountedWhenTheSheetOpensAgain) {
     ScreenHarness::endTurn();
     pasted.open();
 
-    EXPECT_TRUE(pasted.isTooLong());
+    EXPECT_EQ(pasted.problem(), tooLong);
     EXPECT_GE(linesChanged.size(), 1);
+}
+
+TEST_F(PastedQuestionsTest, WhatIsWrongIsReadOnceAndAgainWhenTheSheetOpens) {
+    PastedQuestions& pasted = show(60, 0);
+    const Announcer& announcer = *harness.root().announcer();
+    const QSignalSpy announced(&announcer, &Announcer::announced);
+    pasted.open();
+    pasted.edit(lines(140));
+    EXPECT_EQ(announced.count(), 0);
+
+    pasted.edit(lines(141));
+    EXPECT_EQ(announcer.words(), tooLong);
+    pasted.edit(lines(142));
+    EXPECT_EQ(announced.count(), 1);
+
+    pasted.close();
+    pasted.open();
+    EXPECT_EQ(announced.count(), 2);
 }
 
 } // namespace

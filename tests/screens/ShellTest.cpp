@@ -23,10 +23,6 @@ protected:
     static bool isSelected(QQuickItem* entry) {
         return QAccessible::queryAccessibleInterface(entry)->state().selected;
     }
-    static std::string descriptionOf(QQuickItem* item) {
-        return QAccessible::queryAccessibleInterface(item)->text(QAccessible::Description).toStdString();
-    }
-
     // Those of the rail or of the toolbar.
     std::vector<std::string> selectedEntries() {
         std::vector<std::string> selected;
@@ -115,13 +111,23 @@ TEST_F(ShellTest, GoingElsewhereAndBackKeepsTheComparisonAndItsAnswers) {
 }
 
 TEST_F(ShellTest, ControlNLeadsToACleanCompareScreenFromAnywhere) {
+    const QuorlRun run = makeRun();
+    harness.file().insertRun(run);
     open();
-    click(findEntry("History"));
+    for (const Destination& place :
+         {Destination(Screen::history), Destination(Screen::dataset), Destination(Screen::models),
+          Destination(Screen::scores), Destination(Screen::categories), Destination(Screen::batches),
+          Destination(RunScreen{run.id}), Destination(Screen::draft)}) {
+        harness.model().activeRunID = run.id;
+        harness.model().destination = place;
+        settle();
 
-    press(Qt::Key_N, Qt::ControlModifier);
+        press(Qt::Key_N, Qt::ControlModifier);
 
-    EXPECT_EQ(destination(), Destination(Screen::draft));
-    EXPECT_EQ(focused(), "Question");
+        EXPECT_EQ(destination(), Destination(Screen::draft));
+        EXPECT_EQ(*harness.model().activeRunID, std::nullopt);
+        EXPECT_EQ(focused(), "Question");
+    }
 }
 
 TEST_F(ShellTest, ControlNWaitsForTheAlert) {
@@ -141,13 +147,42 @@ TEST_F(ShellTest, TabGoesThroughTheNavigationInOrderAndOnIntoTheScreen) {
     for (int stops = 0; focused() != "Quorl" && stops < 20; ++stops)
         press(Qt::Key_Backtab);
 
-    std::vector<std::string> visited{focused()};
-    for (int stop = 0; stop < 4; ++stop) {
-        press(Qt::Key_Tab);
-        visited.push_back(focused());
-    }
+    EXPECT_EQ(tabStops(5), (std::vector<std::string>{"Quorl", "Compare", "History", "Dataset", "Tools"}));
+}
 
-    EXPECT_EQ(visited, (std::vector<std::string>{"Quorl", "Compare", "History", "Dataset", "Tools"}));
+TEST_F(ShellTest, TabGoesThroughTheToolbarInOrder) {
+    open({420, 800});
+    findButton("Quorl")->forceActiveFocus(Qt::TabFocusReason);
+
+    EXPECT_EQ(tabStops(5), (std::vector<std::string>{"Quorl", "History", "Dataset", "Tools", "Ask models"}));
+}
+
+TEST_F(ShellTest, EveryPlaceHasItsSymbol) {
+    open();
+    EXPECT_EQ(symbolsOn(findEntry("Compare")), u"\ue8f3");
+    EXPECT_EQ(symbolsOn(findEntry("History")), u"\ue8b5");
+    EXPECT_EQ(symbolsOn(findEntry("Dataset")), u"\ue97f");
+    EXPECT_EQ(symbolsOn(findMenu("Tools")), u"\ue5d3");
+
+    openTools();
+    EXPECT_EQ(symbolsOn(findMenuItem("Models")), u"\ue322");
+    EXPECT_EQ(symbolsOn(findMenuItem("Performance")), u"\ue26b");
+    EXPECT_EQ(symbolsOn(findMenuItem("Categories")), u"\ue893");
+    EXPECT_EQ(symbolsOn(findMenuItem("API batches")), u"\ue3e0");
+    click(findMenuItem("Motion"));
+    ASSERT_TRUE(waitFor([&] { return findMenuItem("Full motion") != nullptr; }));
+    EXPECT_EQ(symbolsOn(findMenuItem("System setting")), u"\ue5ca");
+    EXPECT_EQ(symbolsOn(findMenuItem("Full motion")), u"");
+}
+
+TEST_F(ShellTest, TheToolbarHasSymbolsOfItsOwnWhichTheirHelpTextsName) {
+    open({420, 800});
+
+    EXPECT_EQ(symbolsOn(findEntry("History")), u"\ue8b5");
+    EXPECT_EQ(symbolsOn(findEntry("Dataset")), u"\ue2c8");
+    EXPECT_EQ(symbolsOn(findMenu("Tools")), u"\ue5d3");
+    EXPECT_EQ(findEntry("Dataset")->property("helpText"), QStringLiteral("Dataset"));
+    EXPECT_EQ(findMenu("Tools")->property("helpText"), QStringLiteral("Tools"));
 }
 
 TEST_F(ShellTest, UpAndDownMoveAmongTheEntriesAndReturnGoes) {

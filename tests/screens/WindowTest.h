@@ -69,6 +69,33 @@ protected:
         settle();
     }
 
+    // The symbols on an item, as the characters of their font.
+    static std::u16string symbolsOn(QQuickItem* item) {
+        std::u16string symbols;
+        if (!item || !item->isVisible())
+            return symbols;
+        if (item->property("font").value<QFont>().family() == QStringLiteral("Material Icons"))
+            symbols += item->property("text").toString().toStdU16String();
+        for (QQuickItem* child : item->childItems())
+            symbols += symbolsOn(child);
+        return symbols;
+    }
+
+    static std::string descriptionOf(QQuickItem* item) {
+        QAccessibleInterface* accessible = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+        return accessible ? accessible->text(QAccessible::Description).toStdString() : std::string();
+    }
+
+    // From what has the keyboard on, by Tab.
+    std::vector<std::string> tabStops(int count) {
+        std::vector<std::string> visited{focused()};
+        for (int stop = 1; stop < count; ++stop) {
+            press(Qt::Key_Tab);
+            visited.push_back(focused());
+        }
+        return visited;
+    }
+
     std::string focused() {
         QQuickItem* item = window().activeFocusItem();
         return item ? nameOf(*item).toStdString() : std::string();

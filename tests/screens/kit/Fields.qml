@@ -16,14 +16,13 @@ Item {
         width: 300
         spacing: 12
 
-        LabelledField { objectName: "line"; width: parent.width; label: "Name"; text: "Zun"; onEdited: text => root.note("line:" + text) }
+        LabelledField { objectName: "line"; width: parent.width; label: "Name"; helpText: "What you call it"; text: "Zun"; onEdited: text => root.note("line:" + text) }
         LabelledField { objectName: "lines"; width: parent.width; accessibleName: "Notes"; placeholderText: "Notes, if any"; isMultiline: true; minimumLines: 2; onEdited: text => root.note("lines:" + text) }
         NumberField { objectName: "price"; width: parent.width; label: "Input $ / 1M tokens"; value: 3.5; placeholderText: "0"; onEdited: value => { root.note("price:" + value); this.value = value; } }
         NumberField { objectName: "tokens"; width: parent.width; label: "Max output tokens"; value: 1024; isWhole: true; onEdited: value => root.note("tokens:" + value) }
         SecretField { objectName: "secret"; width: parent.width; placeholderText: "API key" }
         LineField { objectName: "plain"; width: parent.width; placeholderText: "Plain" }
         SearchField { objectName: "search"; width: parent.width; placeholderText: "Search history"; accessibleName: "Search comparison history"; onEdited: text => root.note("search:" + text) }
-        LabelledValue { objectName: "value"; width: parent.width; label: "Address"; value: "http://127.0.0.1"; isMonospace: true }
     }
 
     Column {

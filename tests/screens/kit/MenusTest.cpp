@@ -183,5 +183,22 @@ TEST_F(KitMenus, ReturnTheKeyboardToTheirButtonAfterWhatAnEntryHasOpened) {
     EXPECT_TRUE(find("button").property("visualFocus").toBool());
 }
 
+TEST_F(KitMenus, OpenedByTheMouseShowNoRingAfterWhatAnEntryHasOpened) {
+    click(find("button"));
+    ASSERT_TRUE(waitFor([&] { return isOpen(menu()); }));
+    click(*findShown("Delete"));
+    QObject& alert = find<QObject>("alert");
+    ASSERT_TRUE(waitFor([&] { return isOpen(alert) && isGone(menu()); }));
+
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([&] { return isGone(alert); }));
+    EXPECT_TRUE(hasKeys(find("button")));
+    EXPECT_FALSE(find("button").property("visualFocus").toBool());
+
+    press(Qt::Key_Tab);
+    press(Qt::Key_Backtab);
+    EXPECT_TRUE(find("button").property("visualFocus").toBool());
+}
+
 } // namespace
 } // namespace quorl::test

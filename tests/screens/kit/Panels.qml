@@ -10,6 +10,8 @@ Item {
         root.log += word + " ";
     }
 
+    Shortcut { sequences: ["Ctrl+N"]; onActivated: root.note("shortcut") }
+
     SecondaryButton {
         id: options
 

@@ -62,6 +62,24 @@ TEST_F(KitPanels, APopoverStaysWhileAFieldInItIsEditedAndGoesByAClickOutside) {
     EXPECT_FALSE(find("options").property("visualFocus").toBool());
 }
 
+TEST_F(KitPanels, APopoverGoesWhenTheKeyboardIsTakenElsewhere) {
+    openBy("options", popover());
+
+    find("paste").forceActiveFocus(Qt::OtherFocusReason);
+
+    EXPECT_TRUE(waitFor([&] { return isGone(popover()); }));
+    EXPECT_EQ(keys(), "Paste");
+}
+
+TEST_F(KitPanels, APopoverLeavesTheWindowItsShortcuts) {
+    openBy("options", popover());
+
+    press(Qt::Key_N, Qt::ControlModifier);
+
+    EXPECT_EQ(log(), "shortcut ");
+    EXPECT_TRUE(isOpen(popover()));
+}
+
 TEST_F(KitPanels, APopoverIsClosedByItsButton) {
     click(find("options"));
     ASSERT_TRUE(waitFor([&] { return isOpen(popover()); }));

@@ -6,6 +6,9 @@ Item {
 
     property string log
 
+    readonly property string palette: [Theme.bg, Theme.surface, Theme.raised, Theme.border, Theme.text, Theme.muted, Theme.accent, Theme.accentHover,
+                                       Theme.secondary, Theme.accentSubtle, Theme.good, Theme.danger].join(" ").toUpperCase()
+
     QuorlMark { objectName: "mark"; size: 40 }
     QuorlResponseLoader { objectName: "loader"; y: 60; width: 300; modelName: "Zun" }
     QuorlResponseLoader { objectName: "compact"; y: 110; width: 300; modelName: "Zun"; compact: true }

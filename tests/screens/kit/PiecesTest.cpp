@@ -17,6 +17,12 @@ protected:
     }
 };
 
+TEST_F(KitPieces, ThePaletteHasTwelveOpaqueColours) {
+    EXPECT_EQ(
+        root->property("palette").toString().toStdString(),
+        "#F2EFE7 #F7F4EC #ECE9E0 #C8DFDB #1F3447 #58718A #3368A0 #28547F #66A3BF #C8DFDB #3368A0 #B42318");
+}
+
 TEST_F(KitPieces, TheMarkMovesOnlyWhileItIsAtWork) {
     QQuickItem& mark = find("mark");
     EXPECT_FALSE(mark.property("isMoving").toBool());

@@ -35,13 +35,12 @@ EditorRow {
         symbol: Symbols.ellipsis
         helpText: qsTr("Choice description and options")
         isActive: popover.active
-        onClicked: popover.active = true
+        onClicked: popover.toggle()
     }
 
-    Loader {
+    PopoverLoader {
         id: popover
 
-        active: false
         // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
         // qmllint disable unqualified
         sourceComponent: ChoiceDetails {
@@ -51,8 +50,6 @@ EditorRow {
             canRemove: root.canRemove
             onDetailEdited: text => root.detailEdited(text)
             onRemoved: root.removed()
-            onClosed: popover.active = false
-            Component.onCompleted: open()
         }
     }
 }

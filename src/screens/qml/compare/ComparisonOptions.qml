@@ -18,15 +18,8 @@ Popover {
         visible: root.isDecision
         label: qsTr("Question identifier (optional)")
         text: root.firstQuestion?.name ?? ""
+        helpText: qsTr("An identifier for API responses. Generated automatically when blank.")
         onEdited: text => root.firstQuestion?.editName(text)
-
-        HoverHandler {
-            id: identifierHover
-        }
-        HelpText {
-            text: qsTr("An identifier for API responses. Generated automatically when blank.")
-            wanted: identifierHover.hovered
-        }
     }
     TextButton {
         x: -leftPadding

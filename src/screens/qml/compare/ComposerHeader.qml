@@ -22,20 +22,17 @@ Item {
         symbol: Symbols.sliderHorizontal3
         helpText: qsTr("Comparison options")
         isActive: popover.active
-        onClicked: popover.active = true
+        onClicked: popover.toggle()
     }
 
-    Loader {
+    PopoverLoader {
         id: popover
 
-        active: false
         // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
         // qmllint disable unqualified
         sourceComponent: ComparisonOptions {
             anchorItem: options
             screen: root.screen
-            onClosed: popover.active = false
-            Component.onCompleted: open()
         }
     }
 }

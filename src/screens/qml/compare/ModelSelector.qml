@@ -8,7 +8,7 @@ SecondaryButton {
     required property DraftScreen screen
 
     function openPopover() {
-        popover.active = true;
+        popover.open();
     }
 
     isLarge: true
@@ -18,19 +18,16 @@ SecondaryButton {
     symbol: Symbols.chevronDown
     symbolAtEnd: true
     helpText: qsTr("Select the models to compare")
-    onClicked: root.openPopover()
+    onClicked: popover.toggle()
 
-    Loader {
+    PopoverLoader {
         id: popover
 
-        active: false
         // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
         // qmllint disable unqualified
         sourceComponent: ModelsPopover {
             anchorItem: root
             screen: root.screen
-            onClosed: popover.active = false
-            Component.onCompleted: open()
         }
     }
 }

@@ -21,8 +21,8 @@ Sheet {
     }
     ProblemLine {
         width: parent.width
-        visible: root.pasted.isTooLong
-        text: qsTr("A batch can hold up to 200 questions.")
+        visible: text !== ""
+        text: root.pasted.problem
     }
 
     footer: [

@@ -29,20 +29,17 @@ Item {
         y: root.isWide ? 0 : words.height + 12
         text: qsTr("Define Yes and No")
         isActive: popover.active
-        onClicked: popover.active = true
+        onClicked: popover.toggle()
     }
 
-    Loader {
+    PopoverLoader {
         id: popover
 
-        active: false
         // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
         // qmllint disable unqualified
         sourceComponent: YesNoMeanings {
             anchorItem: define
             editor: root.editor
-            onClosed: popover.active = false
-            Component.onCompleted: open()
         }
     }
 }

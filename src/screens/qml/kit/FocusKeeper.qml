@@ -19,12 +19,17 @@ QtObject {
         return list ? list.keeper : root.origin(item.parent);
     }
 
+    function showsRing(item: Item): bool {
+        const control = item as T.Control;
+        const button = item as PlainButton;
+        return control ? control.visualFocus : button !== null && button.visualFocus;
+    }
+
     function keep(neighbour: Item) {
         const current = neighbour.Window.activeFocusItem;
         const earlier = root.origin(current);
-        const control = current as T.Control;
         root.item = earlier ? earlier.item : current;
-        root.hadRing = earlier ? earlier.hadRing : control !== null && control.visualFocus;
+        root.hadRing = earlier ? earlier.hadRing : root.showsRing(current);
     }
 
     function isInside(panel: Item, item: Item): bool {
@@ -45,8 +50,12 @@ QtObject {
     /// Unless somebody else has taken the keyboard since. A panel that goes has let go of it already, to the
     /// window's own item, which alone has no parent.
     function giveBack(panel: Item) {
-        if (root.item && root.item.visible && root.isFree(panel, root.item.Window.activeFocusItem))
+        if (root.item && root.item.visible && root.isFree(panel, root.item.Window.activeFocusItem)) {
+            const button = root.item as PlainButton;
+            if (button)
+                button.isFocusQuiet = !root.hadRing; // a reason is told to controls alone
             root.item.forceActiveFocus(root.reason);
+        }
         root.item = null;
     }
 }

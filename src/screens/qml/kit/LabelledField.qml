@@ -8,6 +8,7 @@ FocusScope {
     property string label
     property string text
     property string placeholderText
+    property string helpText
     property string accessibleName: root.label !== "" ? root.label : root.placeholderText
     property bool isMultiline
     property int minimumLines: 1
@@ -19,6 +20,14 @@ FocusScope {
 
     implicitHeight: root.fieldTop + field.height
     implicitWidth: 200
+
+    HoverHandler {
+        id: pointer
+    }
+    HelpText {
+        text: root.helpText
+        wanted: pointer.hovered
+    }
 
     FieldLabel {
         width: root.width
@@ -48,6 +57,7 @@ FocusScope {
             onTextEdited: root.edited(text)
 
             Accessible.name: root.accessibleName
+            Accessible.description: root.helpText
         }
     }
 
@@ -66,6 +76,7 @@ FocusScope {
             }
 
             Accessible.name: root.accessibleName
+            Accessible.description: root.helpText
         }
     }
 }

@@ -26,6 +26,15 @@ T.Popup {
         root.placement.choose(root.parent, root.width, root.implicitHeight, root.alignRight);
     }
 
+    // Whoever takes the keyboard out of it has gone on to something else. A menu or an alert only borrows it, and its own
+    // button, which is pressed at the moment, will close it anyway.
+    function followKeys() {
+        const item = root.parent ? root.parent.Window.activeFocusItem : null;
+        const isElsewhere = item && item.parent && item !== root.parent && !root.keeper.isInside(T.Overlay.overlay, item);
+        if (root.opened && root.takesKeys && isElsewhere)
+            root.close();
+    }
+
     function toggle() {
         if (root.visible)
             root.close();
@@ -42,12 +51,13 @@ T.Popup {
     margins: Theme.fromEdges
     spacing: 16
     focus: root.takesKeys
-    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+    closePolicy: T.Popup.CloseOnPressOutsideParent // what closes on Esc by itself keeps all shortcuts of the window to itself
     onAboutToShow: root.prepare()
     onVisibleChanged: {
         if (visible && root.takesKeys)
             root.keeper.enter(column);
     }
+    onActiveFocusChanged: root.followKeys()
     onAboutToHide: root.keeper.giveBack(root.contentItem)
 
     enter: Transition {
@@ -66,6 +76,12 @@ T.Popup {
 
         Accessible.role: Accessible.Pane
         Accessible.name: root.title
+
+        Shortcut {
+            sequences: ["Esc"]
+            enabled: root.visible && root.takesKeys
+            onActivated: root.close()
+        }
 
         Words {
             id: heading
