@@ -58,6 +58,16 @@ TEST_F(KitButtons, ThatAreOffAreFadedAndNoStopAndTakeNoPress) {
     EXPECT_DOUBLE_EQ(find("off").opacity(), 0.4);
 }
 
+TEST_F(KitButtons, ArePressedByAssistiveTechnologiesUnlessTheyAreOff) {
+    const auto pressFromOutside = [&](const char* button) {
+        accessible(find(button)).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        return log();
+    };
+
+    EXPECT_EQ(pressFromOutside("off"), "");
+    EXPECT_EQ(pressFromOutside("primary"), "primary ");
+}
+
 TEST_F(KitButtons, ExplainThemselvesUnderThePointer) {
     QTest::mouseMove(&window, middle(find("primary")));
     settle();

@@ -26,7 +26,7 @@ T.Button {
 
     Accessible.name: root.accessibleName !== "" ? root.accessibleName : root.text !== "" ? root.text : root.helpText
     Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     HelpText {
         text: root.helpText

@@ -30,8 +30,8 @@ T.CheckBox {
 
     Accessible.name: root.text
     Accessible.description: root.detail !== "" ? root.detail : root.helpText
-    Accessible.onPressAction: root.press()
-    Accessible.onToggleAction: root.press()
+    Accessible.onPressAction: if (root.enabled) root.press()
+    Accessible.onToggleAction: if (root.enabled) root.press()
 
     HelpText {
         text: root.helpText

@@ -57,7 +57,7 @@ FocusScope {
             onTextEdited: root.edited(text)
 
             Accessible.name: root.accessibleName
-            Accessible.description: root.helpText
+            Accessible.description: root.helpText !== "" ? root.helpText : root.placeholderText
         }
     }
 
@@ -76,7 +76,7 @@ FocusScope {
             }
 
             Accessible.name: root.accessibleName
-            Accessible.description: root.helpText
+            Accessible.description: root.helpText !== "" ? root.helpText : root.placeholderText
         }
     }
 }

@@ -34,7 +34,7 @@ T.MenuItem {
     Accessible.description: root.detail
     Accessible.checkable: root.isCurrent
     Accessible.checked: root.isCurrent
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     contentItem: MenuLabel {
         text: root.text

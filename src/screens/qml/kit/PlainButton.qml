@@ -44,7 +44,7 @@ Item {
 
     Accessible.focusable: true
     Accessible.name: root.accessibleName !== "" ? root.accessibleName : root.text !== "" ? root.text : root.helpText
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     MouseArea {
         id: pointer

@@ -73,10 +73,12 @@ T.Popup {
     contentItem: ScrollPane {
         contentHeight: root.implicitHeight
         transform: Translate { y: root.rise }
+        Keys.onEscapePressed: root.close() // also while the menu that has opened it goes, which keeps shortcuts to itself
 
         Accessible.role: Accessible.Pane
         Accessible.name: root.title
 
+        // What had the keyboard inside may have gone.
         Shortcut {
             sequences: ["Esc"]
             enabled: root.visible && root.takesKeys

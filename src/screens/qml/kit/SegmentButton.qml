@@ -36,8 +36,8 @@ T.RadioButton {
     Accessible.description: root.helpText !== Accessible.name ? root.helpText : ""
     Accessible.checkable: true
     Accessible.checked: root.isOn
-    Accessible.onPressAction: root.clicked()
-    Accessible.onToggleAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Accessible.onToggleAction: if (root.enabled) root.clicked()
 
     HelpText {
         text: root.helpText

@@ -28,7 +28,7 @@ T.TabButton {
     Accessible.name: root.title
     Accessible.selectable: true
     Accessible.selected: root.selected
-    Accessible.onPressAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
 
     HelpText {
         text: root.helpText

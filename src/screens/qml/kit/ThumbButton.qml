@@ -29,8 +29,8 @@ T.CheckBox {
     Accessible.name: root.accessibleName
     Accessible.checkable: true
     Accessible.checked: root.checked
-    Accessible.onPressAction: root.clicked()
-    Accessible.onToggleAction: root.clicked()
+    Accessible.onPressAction: if (root.enabled) root.clicked()
+    Accessible.onToggleAction: if (root.enabled) root.clicked()
 
     HelpText {
         text: root.helpText

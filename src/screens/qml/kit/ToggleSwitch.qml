@@ -35,8 +35,8 @@ T.Switch {
     Accessible.description: root.detail !== "" ? root.detail : root.helpText
     Accessible.checkable: true
     Accessible.checked: root.checked
-    Accessible.onPressAction: root.press()
-    Accessible.onToggleAction: root.press()
+    Accessible.onPressAction: if (root.enabled) root.press()
+    Accessible.onToggleAction: if (root.enabled) root.press()
 
     HelpText {
         text: root.helpText
