@@ -317,6 +317,12 @@ std::vector<const QuorlRun*> Library::runsOfBatch(const UUID& batchID) const {
     return ofBatch;
 }
 
+std::size_t Library::runCountOfBatch(const UUID& batchID) const {
+    const auto& slots = state->runs.groups().slots;
+    const auto batch = slots.find(batchID);
+    return batch == slots.end() ? 0 : batch->second.size();
+}
+
 // Asked after every answer of a batch, which is why its runs are not put in order first.
 bool Library::isBatchRunning(const UUID& batchID) const {
     const auto& runs = state->runs;

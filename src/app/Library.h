@@ -47,6 +47,7 @@ public:
     [[nodiscard]] const QuorlRun* findRun(const UUID& id) const;
     /// Oldest first; of two made at the same moment the one that stands first in the order above comes first.
     [[nodiscard]] std::vector<const QuorlRun*> runsOfBatch(const UUID& batchID) const;
+    [[nodiscard]] std::size_t runCountOfBatch(const UUID& batchID) const;
     /// Whether any answer of its runs is still to come.
     [[nodiscard]] bool isBatchRunning(const UUID& batchID) const;
     /// The run and its answers.

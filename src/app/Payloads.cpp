@@ -103,7 +103,7 @@ Json::Value AppModel::batchSummary(const QuorlBatch& batch) const {
             {"kind", rawString(batch.kind)},
             {"status", rawString(batch.status)},
             {"created_at", isoText(batch.createdAt)},
-            {"items", library.runsOfBatch(batch.id).size()},
+            {"items", library.runCountOfBatch(batch.id)},
             {"url", *apiBase + "/v1/batches/" + id}};
 }
 

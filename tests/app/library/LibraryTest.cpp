@@ -167,6 +167,31 @@ TEST_F(LibraryTest, ListsTheRunsOfABatchOldestFirst) {
     EXPECT_EQ(*runs[0], older);
     EXPECT_EQ(*runs[1], newer);
     EXPECT_THAT(library.runsOfBatch(UUID::random()), IsEmpty());
+    EXPECT_EQ(library.runCountOfBatch(batchID), 2u);
+    EXPECT_EQ(library.runCountOfBatch(UUID::random()), 0u);
+}
+
+TEST_F(LibraryTest, ABatchRunsAsLongAsAnyAnswerOfItsRunsIsToCome) {
+    const UUID batchID = UUID::random();
+    const QuorlRun first = insertRun(batchID);
+    const QuorlRun second = insertRun(batchID);
+    ModelAnswer elsewhere = makeAnswer(insertRun().id);
+    elsewhere.state = AnswerState::running;
+    reload();
+    library.replaceAnswer(elsewhere);
+    EXPECT_FALSE(library.isBatchRunning(batchID));
+    EXPECT_FALSE(library.isBatchRunning(UUID::random()));
+
+    for (const QuorlRun& run : {first, second}) {
+        library.replaceAnswer(makeAnswer(run.id, 0));
+        ModelAnswer last = makeAnswer(run.id, 1);
+        last.state = AnswerState::running;
+        library.replaceAnswer(last);
+        EXPECT_TRUE(library.isBatchRunning(batchID));
+        last.state = AnswerState::failed;
+        library.replaceAnswer(last);
+        EXPECT_FALSE(library.isBatchRunning(batchID));
+    }
 }
 
 TEST_F(LibraryTest, OfRunsOfTheSameMomentTheFirstInTheListComesFirstInTheBatch) {
