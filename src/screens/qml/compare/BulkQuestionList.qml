@@ -60,7 +60,8 @@ Column {
     }
 
     Connections {
-        target: root.questions
+        // The linter does not know that a list model is a QObject.
+        target: root.questions // qmllint disable type
 
         function onRowsAboutToBeRemoved() {
             rowMenu.close(); // as long as its button is there to take the keyboard back

@@ -39,7 +39,8 @@ Column {
     }
 
     Connections {
-        target: root.screen.questions
+        // The linter does not know that a list model is a QObject.
+        target: root.screen.questions // qmllint disable type
 
         function onQuestionAdded(row: int) {
             root.focusQuestion(row);

@@ -22,9 +22,12 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.surface
     opacity: enabled ? 1 : Theme.disabledOpacity
+    // Qt declares callLater as a property, which the linter takes for no function.
+    // qmllint disable type
     onTextChanged: Qt.callLater(root.showBeginning)
     onWidthChanged: Qt.callLater(root.showBeginning)
     onActiveFocusChanged: Qt.callLater(root.showBeginning)
+    // qmllint enable type
 
     Accessible.name: root.placeholderText
 
