@@ -477,6 +477,13 @@ TEST_F(ScoresWindowTest, TheHeadsOfATableAreOneStopAndTheArrowsMoveAmongThem) {
     EXPECT_EQ(focused(), "Tokens");
 }
 
+TEST_F(ScoresWindowTest, InAVeryWideWindowTheTablesKeepTogether) {
+    scores.add("Zun", true, 500);
+    openScores({2500, 800});
+
+    EXPECT_EQ(find(QStringLiteral("Overall"), QAccessible::Table)->width(), 1100);
+}
+
 TEST_F(ScoresWindowTest, AnEmptySliceSaysSo) {
     const Category empty = scores.addCategory("Contracts");
     scores.add("Zun", true, 500);

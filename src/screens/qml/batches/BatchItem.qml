@@ -14,7 +14,7 @@ T.Button {
     required property string failed
     required property string spoken
 
-    implicitHeight: details.y + details.height + 17
+    implicitHeight: details.y + details.height + 16
     hoverEnabled: true
     Keys.onReturnPressed: root.clicked()
     Keys.onEnterPressed: root.clicked()
@@ -48,7 +48,7 @@ T.Button {
     Text {
         id: question
 
-        y: 15
+        y: 14
         width: open.x - 16
         text: root.prompt
         textFormat: Text.PlainText
@@ -70,33 +70,41 @@ T.Button {
             width: Math.max(Math.min(156, details.width / 2), Math.min(implicitWidth, details.width - 180))
             text: root.category
             elide: Text.ElideRight
+            height: Theme.captionLine
             textFormat: Text.PlainText
             font: Theme.caption
             color: Theme.quiet
+            verticalAlignment: Text.AlignVCenter
             Accessible.ignored: true
         }
         Text {
             width: Math.max(implicitWidth, 76)
             text: root.modelCount
+            height: Theme.captionLine
             textFormat: Text.PlainText
             font: Theme.caption
             color: Theme.quiet
+            verticalAlignment: Text.AlignVCenter
             Accessible.ignored: true
         }
         Text {
             visible: text !== ""
             text: root.runningStatus
+            height: Theme.captionLine
             textFormat: Text.PlainText
             font: Theme.label
             color: Theme.accent
+            verticalAlignment: Text.AlignVCenter
             Accessible.ignored: true
         }
         Text {
             visible: text !== ""
             text: root.failed
+            height: Theme.captionLine
             textFormat: Text.PlainText
             font: Theme.label
             color: Theme.danger
+            verticalAlignment: Text.AlignVCenter
             Accessible.ignored: true
         }
     }

@@ -26,6 +26,7 @@ ListView {
     currentIndex: root.selectedRow
     spacing: 2
     clip: true
+    pixelAligned: true
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: root.count > 0
     keyNavigationEnabled: false // it would move its own mark and not the selection

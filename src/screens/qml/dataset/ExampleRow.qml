@@ -17,7 +17,7 @@ RecordRow {
 
     signal removalRequested
 
-    height: words.y + words.height + 17
+    height: words.y + words.height + 16
     Keys.onDeletePressed: root.removalRequested()
 
     Accessible.name: root.prompt

@@ -43,6 +43,7 @@ ListView {
     }
 
     clip: true
+    pixelAligned: true
     boundsBehavior: Flickable.StopAtBounds
     highlightFollowsCurrentItem: false // which would take its time
     onCountChanged: {

@@ -32,6 +32,7 @@ Flickable {
     }
 
     clip: true
+    pixelAligned: true // or hairlines are two pixels thick
     boundsBehavior: Flickable.StopAtBounds
     flickableDirection: Flickable.VerticalFlick
     onFocusedChanged: root.revealFocused()

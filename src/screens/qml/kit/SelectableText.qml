@@ -8,7 +8,7 @@ T.TextArea {
 
     property int line: Theme.bodyLine
 
-    implicitHeight: Math.max(contentHeight, root.line)
+    implicitHeight: Math.max(Math.round(contentHeight), root.line) // a document adds fractions, and what is below would blur
     readOnly: true
     selectByMouse: true
     selectByKeyboard: true

@@ -31,6 +31,7 @@ Flickable {
 
     height: figures.height + (root.contentWidth > root.width ? 8 : 0)
     contentWidth: figures.width
+    pixelAligned: true
     boundsBehavior: Flickable.StopAtBounds
     flickableDirection: Flickable.HorizontalFlick
     interactive: root.contentWidth > root.width

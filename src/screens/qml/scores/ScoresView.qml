@@ -15,7 +15,7 @@ ScrollPane {
 
         x: root.padding
         y: 28
-        width: root.width - 2 * x
+        width: Math.min(root.width - 2 * x, 1100) // wider, and nobody finds the end of a row
         spacing: Theme.betweenFields
 
         PageHeader {
