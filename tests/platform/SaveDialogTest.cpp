@@ -108,6 +108,7 @@ TEST_F(SaveDialogTest, CancellingAnswersNothingAndItCanBeAskedAgain) {
     ask("quorl-dataset.jsonl");
     press("reject");
     EXPECT_EQ(answers, 2);
+    EXPECT_EQ(defaults.string("export.folder"), std::nullopt);
 }
 
 TEST_F(SaveDialogTest, WhileItIsOpenASecondQuestionIsAnsweredWithNothing) {
