@@ -31,17 +31,18 @@ from gi.repository import Atspi, GLib  # noqa: E402  the version comes first
 DEADLINE = 30  # seconds; the machine may be busy with other things
 
 
-def item(role, name, *children, description=None, **states):
-    """An object with that role and accessible name; states as AT-SPI names them, such as selected=True."""
-    return Expected(role, name, children, description, states)
+def item(role, name, *children, description=None, value=None, **states):
+    """An object with that role, accessible name and text; states as AT-SPI names them, such as selected=True."""
+    return Expected(role, name, children, description, value, states)
 
 
 class Expected:
-    def __init__(self, role, name, children, description, states):
+    def __init__(self, role, name, children, description, value, states):
         self.role = role
         self.name = name
         self.children = children
         self.description = description
+        self.value = value
         self.states = states
 
     def __str__(self):
@@ -53,12 +54,17 @@ class Expected:
             found.get_role_name() == self.role
             and found.get_name() == self.name
             and self.description in (None, found.get_description())
+            and (self.value is None or self.value == text_of(found))
             and all(has_state(found, state) == value for state, value in self.states.items())
         )
 
 
 def has_state(found, state):
     return found.get_state_set().contains(getattr(Atspi.StateType, state.upper()))
+
+
+def text_of(found):
+    return Atspi.Text.get_text(found, 0, -1)
 
 
 def children_of(found):
@@ -183,6 +189,16 @@ class ScreenTest(unittest.TestCase):
         names = [Atspi.Action.get_action_name(found, place) for place in range(Atspi.Action.get_n_actions(found))]
         self.assertIn("Press", names, f"{role} {name}")
         Atspi.Action.do_action(found, names.index("Press"))
+
+    def press_any(self, role, *names):
+        """The one of them that is there."""
+        self.wait_for(lambda: any(find(item(role, name), self.everything()) for name in names))
+        self.press(role, next(name for name in names if find(item(role, name), self.everything())))
+
+    def write(self, role, name, text):
+        """In the place of what stands there."""
+        field = self.find(role, name)
+        self.assertTrue(Atspi.EditableText.set_text_contents(field, text), f"{role} {name}")
 
     @contextlib.contextmanager
     def hears(self, words):

@@ -561,7 +561,10 @@ TEST_F(ComposerWindowTest, TheSheetSaysWhenTheListWouldBeTooLong) {
     clickAndPause(findButton("Paste list"));
 
     paste(QStringLiteral("how\n").repeated(150));
-    EXPECT_NE(findProblem("A batch can hold up to 200 questions."), nullptr);
+    QQuickItem* problem = findProblem("A batch can hold up to 200 questions.");
+    ASSERT_NE(problem, nullptr);
+    EXPECT_LT(problem->mapToScene({0, problem->height()}).y(), findButton("Cancel")->mapToScene({}).y());
+    EXPECT_GT(problem->mapToScene({}).y(), 0); // however long the list
     EXPECT_FALSE(findButton("Add 150 questions")->isEnabled());
 
     escape();

@@ -1,5 +1,7 @@
 #include "screens/kit/KitHarness.h"
 
+#include <cmath>
+
 namespace quorl::test {
 namespace {
 
@@ -35,6 +37,16 @@ TEST_F(KitPieces, TheMarkMovesOnlyWhileItIsAtWork) {
     mark.setProperty("animates", false);
     EXPECT_EQ(mark.property("lift").toReal(), 0);
     EXPECT_EQ(mark.size(), QSizeF(40, 40));
+}
+
+TEST_F(KitPieces, TheMarkStandsOnWholePixels) {
+    const QList<QQuickItem*> parts = find("mark").childItems().first()->childItems();
+    ASSERT_EQ(parts.size(), 5);
+
+    for (const QQuickItem* part : parts.first(3)) { // the others are slanting strokes
+        EXPECT_EQ(part->x(), std::round(part->x()));
+        EXPECT_EQ(part->width(), std::round(part->width()));
+    }
 }
 
 TEST_F(KitPieces, ALoaderSaysWhomItWaitsFor) {

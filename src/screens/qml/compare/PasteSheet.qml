@@ -9,6 +9,7 @@ Sheet {
 
     title: qsTr("Paste questions")
     panelWidth: 520
+    problem: root.pasted.problem
     onCancelled: root.pasted.close()
 
     LabelledField {
@@ -18,11 +19,6 @@ Sheet {
         minimumLines: 8
         text: root.pasted.text
         onEdited: text => root.pasted.edit(text)
-    }
-    ProblemLine {
-        width: parent.width
-        visible: text !== ""
-        text: root.pasted.problem
     }
 
     footer: [

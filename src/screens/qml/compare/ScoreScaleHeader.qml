@@ -15,6 +15,7 @@ Item {
         anchors.verticalCenter: numbers.verticalCenter
         text: qsTr("Score scale")
 
+        Accessible.ignored: false // it heads several fields
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }

@@ -15,6 +15,8 @@ FocusScope {
     property font font: Theme.body
 
     readonly property int fieldTop: root.label !== "" ? Theme.labelLine + (root.isMultiline ? 3 : 0) : 0
+    // Qt describes a field to screen readers by its placeholder, whatever its description says.
+    readonly property string explanation: root.placeholderText !== "" ? root.placeholderText : root.helpText
 
     signal edited(string text)
 
@@ -53,11 +55,12 @@ FocusScope {
             focus: true
             text: root.text
             font: root.font
-            placeholderText: root.placeholderText
+            placeholderText: root.explanation
+            hidesPlaceholder: root.placeholderText === ""
             onTextEdited: root.edited(text)
 
             Accessible.name: root.accessibleName
-            Accessible.description: root.helpText !== "" ? root.helpText : root.placeholderText
+            Accessible.description: root.explanation
         }
     }
 
@@ -68,7 +71,8 @@ FocusScope {
             focus: true
             text: root.text
             font: root.font
-            placeholderText: root.placeholderText
+            placeholderText: root.explanation
+            hidesPlaceholder: root.placeholderText === ""
             minimumLines: root.minimumLines
             onTextChanged: {
                 if (text !== root.text)
@@ -76,7 +80,7 @@ FocusScope {
             }
 
             Accessible.name: root.accessibleName
-            Accessible.description: root.helpText !== "" ? root.helpText : root.placeholderText
+            Accessible.description: root.explanation
         }
     }
 }

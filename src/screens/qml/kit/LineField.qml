@@ -6,6 +6,8 @@ import Quorl
 T.TextField {
     id: root
 
+    property bool hidesPlaceholder // which is then for screen readers alone
+
     // A text that is longer than its field is read from its beginning, wherever the caret was left.
     // Called later, since the field goes to its caret after it has told of a change.
     function showBeginning() {
@@ -35,7 +37,7 @@ T.TextField {
         x: root.leftPadding
         width: root.width - x - root.rightPadding
         height: root.height
-        visible: root.length === 0 && root.preeditText === ""
+        visible: !root.hidesPlaceholder && root.length === 0 && root.preeditText === ""
         text: root.placeholderText
         textFormat: Text.PlainText
         font: root.font

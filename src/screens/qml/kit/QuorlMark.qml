@@ -11,10 +11,17 @@ Item {
 
     readonly property real unit: root.size / 64
     readonly property bool isSmall: root.size <= 20
-    readonly property real sheetEdge: root.isSmall ? 12 : 13
+    readonly property real edge: root.snapped(4)
+    readonly property real corner: root.snapped(32)
+    readonly property real sheetEdge: root.snapped(root.isSmall ? 12 : 13)
     readonly property point knee: root.isSmall ? Qt.point(30, 40) : Qt.point(29.5, 39.5)
     readonly property bool isMoving: root.animates && root.visible && Motion.isAllowed
     property real lift: 0
+
+    // To whole pixels of the screen: what is drawn without a GPU is moved to them anyway, each part its own way.
+    function snapped(measure: real): real {
+        return Math.round(measure * root.unit * Screen.devicePixelRatio) / Screen.devicePixelRatio;
+    }
 
     implicitWidth: root.size
     implicitHeight: root.size
@@ -37,27 +44,27 @@ Item {
         y: -root.lift * root.size
 
         Rectangle {
-            x: 4 * root.unit
+            x: root.edge
             y: x
-            width: 56 * root.unit
+            width: root.size - 2 * x
             height: width
             radius: 22 * root.unit
             color: Theme.accent
         }
 
         Rectangle {
-            x: 32 * root.unit
+            x: root.corner
             y: x
-            width: 28 * root.unit
+            width: root.size - root.edge - x
             height: width
             radius: (root.isSmall ? 8 : 6) * root.unit
             color: Theme.accent
         }
 
         Rectangle {
-            x: root.sheetEdge * root.unit
+            x: root.sheetEdge
             y: x
-            width: 64 * root.unit - 2 * x
+            width: root.size - 2 * x
             height: width
             radius: 14 * root.unit
             color: Theme.surface

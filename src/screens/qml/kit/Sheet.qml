@@ -8,6 +8,7 @@ ModalPopup {
     default property alias content: body.content
     property string title
     property string subtitle
+    property string problem // over the buttons, in sight however long the content is
     property alias footer: body.footer
 
     padding: 0
@@ -24,6 +25,7 @@ ModalPopup {
 
         title: root.title
         subtitle: root.subtitle
+        problem: root.problem
         spacing: root.spacing
         onEscaped: root.cancel()
     }

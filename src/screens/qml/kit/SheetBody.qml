@@ -7,15 +7,17 @@ FocusScope {
 
     required property string title
     required property string subtitle
+    required property string problem
     property alias content: column.data
     required property int spacing
     property alias footer: buttons.data
 
     readonly property int footerHeight: buttons.visibleChildren.length > 0 ? buttons.height + 24 : 0
+    readonly property int problemHeight: root.problem !== "" ? problem.height + 12 : 0
 
     signal escaped
 
-    implicitHeight: 24 + head.height + 20 + column.height + root.footerHeight + 24
+    implicitHeight: 24 + head.height + 20 + column.height + root.problemHeight + root.footerHeight + 24
     focus: true
     Keys.onEscapePressed: root.escaped()
 
@@ -56,7 +58,7 @@ FocusScope {
     ScrollPane {
         y: head.y + head.height + 12
         width: root.width
-        height: root.height - y - root.footerHeight - 16
+        height: root.height - y - root.problemHeight - root.footerHeight - 16
         contentHeight: column.height + 16
 
         Column {
@@ -69,7 +71,19 @@ FocusScope {
         }
     }
 
+    ProblemLine {
+        id: problem
+
+        x: 24
+        y: foot.y - 16 - height
+        width: root.width - 48
+        visible: text !== ""
+        text: root.problem
+    }
+
     Item {
+        id: foot
+
         x: 24
         y: root.height - 24 - height
         width: root.width - 48

@@ -8,6 +8,7 @@ T.TextArea {
 
     property int line: Theme.bodyLine
     property int minimumLines: 1
+    property bool hidesPlaceholder // which is then for screen readers alone
 
     implicitHeight: Math.ceil(Math.max(contentHeight, root.minimumLines * root.line)) + topPadding + bottomPadding
     topPadding: 2
@@ -35,7 +36,7 @@ T.TextArea {
     Text {
         y: root.topPadding
         width: root.width
-        visible: root.length === 0 && root.preeditText === ""
+        visible: !root.hidesPlaceholder && root.length === 0 && root.preeditText === ""
         text: root.placeholderText
         textFormat: Text.PlainText
         font: root.font
