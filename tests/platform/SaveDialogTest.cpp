@@ -6,7 +6,9 @@
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
+#include <QTest>
 #include <QUrl>
 #include <QVariant>
 
@@ -43,6 +45,36 @@ protected:
 
     void press(const char* button) const { QMetaObject::invokeMethod(shown(), button); }
 
+    // Of Qt Quick's dialog, which the tests get: there is no desktop.
+    [[nodiscard]] QQuickItem* findShown(const char* property, const char* value) const {
+        return findBelow(*window->contentItem(), property, QString::fromUtf8(value));
+    }
+
+    void click(const QQuickItem* item) const {
+        ASSERT_NE(item, nullptr);
+        const QPointF middle(item->width() / 2, item->height() / 2);
+        QTest::mouseClick(window.get(), Qt::LeftButton, {}, item->mapToScene(middle).toPoint());
+    }
+
+    void typeName(const char* name) const {
+        ASSERT_TRUE(
+            QTest::qWaitFor([this] { return findShown("objectName", "fileNameTextField") != nullptr; }));
+        click(findShown("objectName", "fileNameTextField"));
+        QTest::keyClick(window.get(), Qt::Key_A, Qt::ControlModifier);
+        for (const char* letter = name; *letter; ++letter)
+            QTest::keyClick(window.get(), *letter);
+    }
+
+    static QQuickItem* findBelow(QQuickItem& item, const char* property, const QString& value) {
+        if (item.isVisible() && item.property(property).toString() == value)
+            return &item;
+        for (QQuickItem* child : item.childItems()) {
+            if (QQuickItem* found = findBelow(*child, property, value))
+                return found;
+        }
+        return nullptr;
+    }
+
     TempFolder folder;
     FakeDefaults defaults;
     QQmlEngine engine;
@@ -78,6 +110,28 @@ TEST_F(SaveDialogTest, WhatIsChosenIsAnsweredOnceAndItsFolderRemembered) {
     EXPECT_EQ(answers, 1);
     EXPECT_EQ(answer, folder.path() / "quorl-scores.csv");
     EXPECT_EQ(defaults.string("export.folder"), folder.path().string());
+}
+
+TEST_F(SaveDialogTest, ANameThatIsTypedIsWhereTheFileGoes) {
+    defaults.setString("export.folder", folder.path().string());
+    ask();
+
+    typeName("my scores #1.csv");
+    click(findShown("text", "Save"));
+
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(answer, folder.path() / "my scores #1.csv");
+    EXPECT_EQ(defaults.string("export.folder"), folder.path().string());
+}
+
+TEST_F(SaveDialogTest, ANameWithoutAnEndingGetsThatOfTheType) {
+    defaults.setString("export.folder", folder.path().string());
+    ask();
+
+    typeName("scores");
+    click(findShown("text", "Save"));
+
+    EXPECT_EQ(answer, folder.path() / "scores.csv");
 }
 
 TEST_F(SaveDialogTest, TheNextOneOpensWhereTheLastFileWasSaved) {

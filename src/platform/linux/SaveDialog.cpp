@@ -25,6 +25,7 @@ import QtQuick.Dialogs
 FileDialog {
     objectName: "saveDialog"
     fileMode: FileDialog.SaveFile
+    acceptLabel: "Save" // Qt Quick's own one says "Open"
     modality: Qt.WindowModal
 }
 )";
@@ -37,6 +38,15 @@ QString startFolder(const UserDefaults& defaults) {
     }
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+// Qt Quick's own dialog of Qt 6.4 gives a name that was typed as a bare path, which is no URL of a local
+// file, and leaves the ending to us.
+QString localPath(const QUrl& chosen, const QString& extension) {
+    if (!chosen.scheme().isEmpty())
+        return chosen.toLocalFile();
+    const QString path = chosen.toString();
+    return path.isEmpty() || !QFileInfo(path).suffix().isEmpty() ? path : path + u'.' + extension;
 }
 
 } // namespace
@@ -78,7 +88,8 @@ public:
 
 private Q_SLOTS:
     void accept() {
-        const auto path = dialog->property("selectedFile").toUrl().toLocalFile();
+        const auto path =
+            localPath(dialog->property("selectedFile").toUrl(), dialog->property("defaultSuffix").toString());
         // A place that is no local file cannot be written to.
         if (path.isEmpty())
             return reject();
