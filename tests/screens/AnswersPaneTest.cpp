@@ -453,6 +453,33 @@ TEST_F(AnswersPaneTest, AKeyJudgesTheCardThatAControlInItHasTheKeyboardOf) {
     EXPECT_EQ(harness.answer(1).accepted, true);
 }
 
+TEST_F(AnswersPaneTest, KeysJudgeWhileTheTextOfAnAnswerHasTheKeyboard) {
+    open(addRun({"a", "b"}));
+    window.click(window.selectable("b"));
+    ASSERT_EQ(window.focused(), "b");
+
+    window.press(Qt::Key_Y);
+    EXPECT_EQ(harness.answer(1).accepted, true);
+    window.press(Qt::Key_K);
+    EXPECT_EQ(window.focused(), "Model 1");
+}
+
+TEST_F(AnswersPaneTest, AClickIntoALongAnswerLeavesItWhereItIs) {
+    std::string text;
+    while (text.size() < 100'000)
+        text += "An answer of very many words that are told again and again. \n\n";
+    open(addRun({text}), {600, 600});
+    QQuickItem* const words = window.selectable(text.c_str());
+    ASSERT_NE(words, nullptr);
+    const qreal before = words->mapToScene({}).y();
+
+    QTest::mouseClick(window.window.get(), Qt::LeftButton, {}, words->mapToScene({100, 200}).toPoint());
+    window.settle();
+
+    EXPECT_EQ(words->mapToScene({}).y(), before);
+    EXPECT_TRUE(words->hasActiveFocus());
+}
+
 TEST_F(AnswersPaneTest, DigitsRate) {
     open(addRun({"a"}, ScoringMode::scale));
     window.press(Qt::Key_J);
@@ -754,7 +781,9 @@ TEST_F(RunDetailTest, ShowsWhatWasAskedAndAnswered) {
     openDetail(addRun({"That way."}));
 
     EXPECT_NE(window.find("Generation", QAccessible::Heading), nullptr);
+    EXPECT_NE(window.find("Prompt", QAccessible::Heading), nullptr);
     EXPECT_NE(window.selectable("Which way is up?"), nullptr);
+    EXPECT_NE(window.find("System prompt", QAccessible::Heading), nullptr);
     EXPECT_NE(window.selectable("Answer directly."), nullptr);
     EXPECT_NE(window.selectable("That way."), nullptr);
     window.press(Qt::Key_J);

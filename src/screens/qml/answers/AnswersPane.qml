@@ -15,10 +15,16 @@ Item {
     readonly property alias footerSlot: footerSlot
     readonly property real innerWidth: root.width - 2 * root.padding
     readonly property real headPlace: content.y + stackedHead.y // when stacked
+    readonly property bool hasRun: root.review.hasRun
+    property bool isUsed: false // there has been something to review
 
     function scrollToHead() {
         scroll.scrollTo(root.headPlace);
     }
+
+    onHasRunChanged: root.isUsed = root.isUsed || root.hasRun
+    Component.onCompleted: root.isUsed = root.hasRun
+    Keys.forwardTo: keys.item ? [keys.item] : []
 
     Item {
         id: fixedHead
@@ -78,7 +84,6 @@ Item {
 
                 width: content.width
                 review: root.review
-                tools: tools
                 pane: scroll
             }
             Item {
@@ -108,28 +113,21 @@ Item {
         review: root.review
     }
 
-    ReviewFoot {
+    // What answers are judged with is read from its files when there are some.
+    Loader {
         id: foot
 
         parent: root.isStacked ? stackedFoot : fixedFoot
         y: root.isStacked ? 20 : 0
         width: parent.width
+        active: root.isUsed
         visible: root.review.hasRun
-        review: root.review
+        Component.onCompleted: setSource(Qt.resolvedUrl("ReviewFoot.qml"), { review: root.review })
     }
+    Loader {
+        id: keys
 
-    AnswerTools {
-        id: tools
-
-        cards: root.review.cards
-    }
-
-    AnswerKeys {
-        isOn: root.visible && root.review.hasRun
-        cards: body.cards
-        canGoOn: true
-        canGoBack: root.review.canStepBack
-        onNextRequested: root.review.next()
-        onPreviousRequested: root.review.stepBack()
+        active: root.isUsed
+        Component.onCompleted: setSource(Qt.resolvedUrl("ReviewKeys.qml"), { review: root.review, body: body })
     }
 }

@@ -39,9 +39,12 @@ Column {
         }
     }
 
-    StepHeader {
+    Loader {
+        id: steps
+
         width: root.width
-        visible: root.review.isStepping
-        review: root.review
+        active: root.review.isStepping
+        visible: active
+        Component.onCompleted: setSource(Qt.resolvedUrl("StepHeader.qml"), { review: root.review })
     }
 }

@@ -9,6 +9,8 @@ Item {
 
     readonly property int padding: root.width < 500 ? 20 : 32
 
+    Keys.forwardTo: [keys]
+
     Timer {
         interval: 60000
         running: root.visible
@@ -95,6 +97,8 @@ Item {
     }
 
     AnswerKeys {
+        id: keys
+
         isOn: root.visible
         cards: cards
     }

@@ -27,6 +27,10 @@ Item {
         text: root.label
         height: Math.max(Theme.captionLine, implicitHeight)
         wrapMode: Text.Wrap
+
+        Accessible.ignored: false
+        Accessible.role: Accessible.Heading
+        Accessible.name: root.label
     }
 
     LongText {
