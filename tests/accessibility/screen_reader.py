@@ -17,6 +17,7 @@ Roles are AT-SPI's names. All that is expected has to stand in the window in tha
 
 import contextlib
 import os
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -116,6 +117,10 @@ class ScreenTest(unittest.TestCase):
         for kind in ("CONFIG", "DATA", "STATE"):
             os.mkdir(cls.environment[f"XDG_{kind}_HOME"])
         cls.prepare()
+        cls.run_program()
+
+    @classmethod
+    def run_program(cls):
         cls.program = cls.start("quorl")
         cls.application = cls.wait_for(cls.find_application)
 
@@ -200,14 +205,27 @@ class ScreenTest(unittest.TestCase):
         field = self.find(role, name)
         self.assertTrue(Atspi.EditableText.set_text_contents(field, text), f"{role} {name}")
 
+    def name_of_first(self, role):
+        """For what is named after the time that has passed."""
+        found = self.wait_for(
+            lambda: next((each for each in self.everything() if each.get_role_name() == role), None),
+            lambda: f"no {role} in\n{self.picture()}",
+        )
+        return found.get_name()
+
+    def text_of(self, role, name):
+        field = self.find(role, name)
+        return Atspi.Text.get_text(field, 0, Atspi.Text.get_character_count(field))
+
     @contextlib.contextmanager
     def hears(self, words):
         """Waits until a notification with these words has come into sight while the block ran or since."""
         heard = []
 
         def listen(event):
-            if event.detail1 and event.source.get_role_name() == "notification":
-                heard.append(event.source.get_name())
+            with contextlib.suppress(GLib.Error):  # something else, and gone since
+                if event.detail1 and event.source.get_role_name() == "notification":
+                    heard.append(event.source.get_name())
 
         listener = Atspi.EventListener.new(listen)
         listener.register("object:state-changed:showing")
@@ -231,17 +249,34 @@ class ScreenTest(unittest.TestCase):
         return "\n".join(lines)
 
 
-class SampleTest(ScreenTest):
-    """The program on a library with sample models, which answer."""
+class DemoTest(ScreenTest):
+    """The program on the demo library, whose models are at an endpoint."""
+
+    DRAFT = {}  # in place of what the demo asks, by the keys of the settings
+
+    @classmethod
+    def fill_library(cls, url):
+        library = cls.start("quorl-demo-library", "--endpoint", url)
+        assert library.wait(DEADLINE) == 0
+        settings = os.path.join(cls.environment["XDG_CONFIG_HOME"], "com.quorltest.app", "defaults.ini")
+        with open(settings, "a", encoding="utf-8") as file:  # of the same key the last one counts
+            file.writelines(f'{key}="{value}"\n' for key, value in cls.DRAFT.items())
+
+
+    @classmethod
+    def library(cls):
+        return sqlite3.connect(os.path.join(cls.environment["XDG_DATA_HOME"], "com.quorltest.app", "quorl.sqlite"))
+
+
+class SampleTest(DemoTest):
+    """With sample models, which answer."""
 
     @classmethod
     def prepare(cls):
         endpoint = cls.start(
             "quorl-sample-endpoint", "--until-stdin-closes", stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True
         )
-        url = endpoint.stdout.readline().strip()
-        library = cls.start("quorl-demo-library", "--endpoint", url)
-        assert library.wait(DEADLINE) == 0
+        cls.fill_library(endpoint.stdout.readline().strip())
 
 
 def main():
