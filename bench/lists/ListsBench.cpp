@@ -173,7 +173,7 @@ using Figures = std::vector<Figure>; // in the order in which they were measured
 
 class Bench {
 public:
-    Bench(RootScreen& shown, Figures& measured) : screens(shown), figures(measured), main(shown) {
+    Bench(RootScreen& shown, Figures& measured) : figures(measured), main(shown) {
         QObject::connect(&main.window(), &QQuickWindow::frameSwapped, [this] { ++frames; });
         QCoreApplication::processEvents();
         awaitFrame();
@@ -265,7 +265,6 @@ private:
         figure.processor = std::max(figure.processor, watch.processorMilliseconds());
     }
 
-    RootScreen& screens;
     Figures& figures;
     MainWindow main;
     int frames = 0;

@@ -15,7 +15,10 @@ namespace {
 using Figure = std::optional<double>;
 
 Figure timeOf(const ScoreRow& row) {
-    return row.latencyCount < 1 ? Figure() : static_cast<double>(row.latencySum / row.latencyCount);
+    if (row.latencyCount < 1)
+        return {};
+    const std::int64_t milliseconds = row.latencySum / row.latencyCount; // as the tables have it
+    return static_cast<double>(milliseconds);
 }
 
 Figure costOf(const ScoreRow& row) {
