@@ -4,6 +4,9 @@
 #include <QGuiApplication>
 #include <QLocale>
 
+#include <utility>
+#include <vector>
+
 namespace quorl::test {
 namespace {
 
@@ -194,6 +197,28 @@ TEST_F(KitFields, ASegmentIsChosenByAClick) {
     clickAt(segments.mapToScene({64, 16}).toPoint());
 
     EXPECT_EQ(log(), "format:1 ");
+}
+
+TEST_F(KitFields, WordsStandAtTheMiddleOfTheirBoxAndOfTheirSwitch) {
+    for (const auto& [name, start] : {std::pair("check", 28), std::pair("toggle", 48)}) {
+        QQuickItem& control = find(name);
+        control.setProperty("text", QStringLiteral("Held")); // of which no letter goes below the line
+        settle();
+        const QRect place = control.mapRectToScene(control.boundingRect()).toRect().adjusted(start, 0, 0, 0);
+        const QImage words = window.grabWindow().copy(place);
+        std::vector<int> inked;
+        for (int y = 0; y < words.height(); ++y) {
+            for (int x = 0; x < words.width(); ++x) {
+                if (qGray(words.pixel(x, y)) < 140) {
+                    inked.push_back(y);
+                    break;
+                }
+            }
+        }
+
+        ASSERT_FALSE(inked.empty()) << name;
+        EXPECT_NEAR((inked.front() + inked.back() + 1) / 2.0, place.height() / 2.0, 1) << name;
+    }
 }
 
 TEST_F(KitFields, ASwitchIsTurnedByClickSpaceAndReturn) {
