@@ -26,9 +26,9 @@ Flickable {
     }
 
     function revealFocused() {
+        const text = root.focused as TextEdit; // `focusedText` may still be what had the keyboard before
         if (root.holds(root.focused))
-            root.reveal(root.focused, root.focusedText ? root.focusedText.cursorRectangle
-                                                       : Qt.rect(0, 0, root.focused.width, root.focused.height));
+            root.reveal(root.focused, text ? text.cursorRectangle : Qt.rect(0, 0, root.focused.width, root.focused.height));
     }
 
     clip: true
