@@ -468,7 +468,8 @@ TEST_F(AnswersPaneTest, AClickIntoALongAnswerLeavesItWhereItIs) {
     std::string text;
     while (text.size() < 100'000)
         text += "An answer of very many words that are told again and again. \n\n";
-    open(addRun({text}), {600, 600});
+    open(addRun({text, text}), {600, 600});
+    window.press(Qt::Key_J);
     QQuickItem* const words = window.selectable(text.c_str());
     ASSERT_NE(words, nullptr);
     const qreal before = words->mapToScene({}).y();
@@ -478,6 +479,20 @@ TEST_F(AnswersPaneTest, AClickIntoALongAnswerLeavesItWhereItIs) {
 
     EXPECT_EQ(words->mapToScene({}).y(), before);
     EXPECT_TRUE(words->hasActiveFocus());
+}
+
+TEST_F(AnswersPaneTest, ACardThatAKeyLeadsToIsAllInSight) {
+    std::string text;
+    while (text.size() < 10'000)
+        text += "An answer of very many words that are told again and again.\n";
+    open(addRun({text, text, text, text}), {600, 600});
+
+    for (int card = 0; card < 4; ++card)
+        window.press(Qt::Key_J);
+
+    const qreal foot = window.button("Save to dataset", 3)->mapToScene({}).y();
+    EXPECT_GT(foot, 300);
+    EXPECT_LT(foot, 600 - 84 - 28);
 }
 
 TEST_F(AnswersPaneTest, DigitsRate) {
@@ -694,6 +709,18 @@ TEST_F(AnswersPaneTest, ALongAnswerIsLaidOutAsFarAsItIsRead) {
     const int lines = static_cast<int>(text.size() / 32);
     EXPECT_EQ(length(), lines * 31); // with one kind of line end
     EXPECT_EQ(words->property("selectedText").toString().size(), lines * 31);
+}
+
+TEST_F(AnswersPaneTest, ALongAnswerFillsAHighWindow) {
+    std::string text;
+    while (text.size() < 100'000)
+        text += "Line.\n";
+    open(addRun({text, text}), {1700, 2160});
+
+    QQuickItem* const words = window.selectable(text.c_str());
+    ASSERT_NE(words, nullptr);
+    EXPECT_GT(words->height(), 2160);
+    EXPECT_LT(words->property("length").toInt(), 60'000);
 }
 
 TEST_F(AnswersPaneTest, AJudgementKeepsSelectionScrollAndKeyboard) {

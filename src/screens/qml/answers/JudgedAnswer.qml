@@ -14,6 +14,11 @@ FocusScope {
     function takeKeyboard() {
         plate.active = true;
         (plate.item as AnswerPlate).forceActiveFocus(Qt.TabFocusReason);
+        Qt.callLater(root.reveal); // one that has just been made gets its height with what is in it
+    }
+
+    function reveal() {
+        root.pane.reveal(root, Qt.rect(0, 0, root.width, root.height));
     }
 
     height: plate.height

@@ -31,6 +31,8 @@ ScrollPane {
     }
 
     function takeMore() {
+        if (!root.wantsMore)
+            return;
         const next = root.cut(root.taken + 12000);
         words.insert(words.length, root.text.slice(root.taken, next));
         root.taken = next;
@@ -50,14 +52,9 @@ ScrollPane {
         if (root.isReady)
             root.begin();
     }
-    onWantsMoreChanged: {
-        if (root.wantsMore)
-            root.takeMore();
-    }
-    onContentHeightChanged: {
-        if (root.wantsMore)
-            root.takeMore();
-    }
+    // Not in the midst of the layout that asks for it.
+    onWantsMoreChanged: Qt.callLater(root.takeMore)
+    onContentHeightChanged: Qt.callLater(root.takeMore)
     Component.onCompleted: {
         root.begin();
         root.isReady = true;

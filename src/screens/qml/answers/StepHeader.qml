@@ -61,7 +61,7 @@ Item {
         id: question
 
         y: row.y + row.height + 2
-        width: root.width
+        width: Math.min(root.width, 720) // or the way back to the next line's start is too long
         height: Math.min(fullHeight, 5 * Theme.bodyLine)
         text: root.review.question
     }
