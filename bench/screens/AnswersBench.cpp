@@ -1,6 +1,6 @@
 // How long answers take to be seen: a run with many or with long answers until its first frame, one
-// judgement, one arrival, and how many frames pass between an arrival and the one that shows it. In the
-// window, with the renderer of this machine.
+// judgement, one arrival, how many frames pass between an arrival and the one that shows it, and the frames
+// while the answers are scrolled and the window is resized. In the window, with the renderer of this machine.
 
 #include "screens/AnswersHarness.h"
 #include "screens/AnswersReview.h"
@@ -92,6 +92,25 @@ public:
         QTest::qWait(700);
     }
 
+    // Milliseconds from each of many steps to the frame that shows it.
+    void reportSteps(const char* what, const std::function<void(int)>& act) {
+        std::vector<double> times;
+        for (int step = 1; step <= 60; ++step) {
+            const int before = frames;
+            const auto start = std::chrono::steady_clock::now();
+            act(step);
+            if (!QTest::qWaitFor([&] { return frames > before; }, 2'000))
+                continue; // nothing to draw
+            times.push_back(
+                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+        }
+        std::sort(times.begin(), times.end());
+        if (times.empty())
+            return (void)std::printf("  %-28s no frame\n", what);
+        std::printf("  %-28s median %5.1f ms   slowest %5.1f ms\n", what, times[times.size() / 2],
+                    times.back());
+    }
+
     void show() { harness.model().activeRunID = runID; }
     void judge() {
         harness.model().setAccepted(harness.answer().id, !harness.answer().accepted.value_or(false));
@@ -127,6 +146,8 @@ public:
         std::printf("  %-28s shown after %d frame(s)\n", "an arrival", passed);
     }
 
+    void resize(int width) { window->resize(width, 800); }
+
     void scroll(qreal to) {
         for (QQuickItem* item : window->findChildren<QQuickItem*>()) {
             if (item->inherits("QQuickFlickable") && item->width() > 1000)
@@ -158,6 +179,11 @@ void measure(const char* what, std::size_t count, std::size_t bytes) {
         bench.report("a judgement then", [&] { bench.judge(); });
         bench.report("scrolling through it", [&] { bench.scroll(5'000); });
     }
+    Bench moving(count, bytes);
+    moving.report("opening it again", [&] { moving.show(); });
+    moving.reportSteps("scrolling step by step", [&](int step) { moving.scroll(step * 20); });
+    moving.scroll(0);
+    moving.reportSteps("resizing step by step", [&](int step) { moving.resize(1240 - step * 6); });
 }
 
 } // namespace

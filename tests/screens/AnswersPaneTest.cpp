@@ -682,6 +682,9 @@ TEST_F(AnswersPaneTest, ALongAnswerLeavesTheJudgementInSightUntilAllOfItIsAskedF
     open(addRun({text}));
     const auto footAt = [&] { return window.button("Save to dataset")->mapToScene({}).y(); };
     EXPECT_LT(footAt(), window.window->height() - 84);
+    window.window->resize(500, 700);
+    window.settle();
+    EXPECT_LT(footAt(), 700 - 84);
 
     window.click(window.button("Show all"));
     EXPECT_GT(footAt(), 500 * 20);

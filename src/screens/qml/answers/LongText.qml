@@ -15,6 +15,7 @@ ScrollPane {
     readonly property int fullHeight: Math.ceil(words.height) // of what is laid out
     readonly property bool isWhole: root.taken >= root.text.length
     readonly property bool wantsMore: root.isReady && !root.isWhole && root.contentY + 2 * root.height > root.contentHeight
+    readonly property int portion: 2000 // characters; every one that is laid out is laid out anew while the window is resized
     property bool isReady: false
     property int taken: 0 // characters that are laid out
 
@@ -25,7 +26,7 @@ ScrollPane {
     }
 
     function begin() {
-        root.taken = root.cut(6000);
+        root.taken = root.cut(root.portion);
         words.text = root.text.slice(0, root.taken);
         root.contentY = 0;
     }
@@ -33,7 +34,7 @@ ScrollPane {
     function takeMore() {
         if (!root.wantsMore)
             return;
-        const next = root.cut(root.taken + 12000);
+        const next = root.cut(root.taken + root.portion);
         words.insert(words.length, root.text.slice(root.taken, next));
         root.taken = next;
     }
