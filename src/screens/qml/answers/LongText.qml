@@ -53,9 +53,11 @@ ScrollPane {
         if (root.isReady)
             root.begin();
     }
-    // Not in the midst of the layout that asks for it.
+    // Not in the midst of the layout that asks for it. Qt declares callLater as a property, which the linter takes for no function.
+    // qmllint disable type
     onWantsMoreChanged: Qt.callLater(root.takeMore)
     onContentHeightChanged: Qt.callLater(root.takeMore)
+    // qmllint enable type
     Component.onCompleted: {
         root.begin();
         root.isReady = true;
