@@ -74,8 +74,9 @@ QStringList AnswersReview::batchQuestions() const {
 
 void AnswersReview::refresh(const ModelChanges& changes) {
     using enum AppField;
-    if (changes.hasAny({runs, activeRunID, activeBatchID}) ||
-        (*model.activeRunID && changes.hasAnswersOf(**model.activeRunID)))
+    if (changes.hasAny({runs, batches, activeRunID, activeBatchID}) ||
+        (*model.activeRunID && changes.hasAnswersOf(**model.activeRunID)) ||
+        (shown.progress.all > 0 && changes.has(answersByRun)))
         refresh();
 }
 
@@ -115,6 +116,8 @@ AnswersReview::Shown AnswersReview::current(const QuorlRun* run, std::span<const
         next.batchTotal = static_cast<int>(runs.size());
         next.place = static_cast<int>(std::ranges::find_if(runs, isIt) - runs.begin());
         next.question = questionOf(*run);
+        if (const QuorlBatch* batch = model.library.findBatch(*run->batchID))
+            next.progress = BatchProgress::of(model.library, *batch);
     }
     return next;
 }

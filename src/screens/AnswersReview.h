@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/AnswerCardListModel.h"
+#include "screens/BatchProgress.h"
 #include "screens/ModelAdapter.h"
 
 #include <QObject>
@@ -36,7 +37,9 @@ class AnswersReview : public QObject {
     Q_PROPERTY(QString question READ question NOTIFY changed) // what is being judged
     Q_PROPERTY(bool canStepBack READ canStepBack NOTIFY changed)
     Q_PROPERTY(bool canStepOn READ canStepOn NOTIFY changed)
-    Q_PROPERTY(int place READ place NOTIFY changed) // in the batch, from 0
+    Q_PROPERTY(int place READ place NOTIFY changed)                     // in the batch, from 0
+    Q_PROPERTY(QString batchProgress READ batchProgress NOTIFY changed) // while it runs; else empty
+    Q_PROPERTY(double batchShare READ batchShare NOTIFY changed) // 0 to 1, of its answers that have ended
 
 public:
     /// All are borrowed and must outlive the review.
@@ -57,6 +60,8 @@ public:
     [[nodiscard]] bool canStepBack() const { return shown.place > 0; }
     [[nodiscard]] bool canStepOn() const { return shown.place + 1 < shown.batchTotal; }
     [[nodiscard]] int place() const { return shown.place; }
+    [[nodiscard]] QString batchProgress() const { return shown.progress.words(); }
+    [[nodiscard]] double batchShare() const { return shown.progress.share(); }
 
     Q_INVOKABLE void reset() { model.newComparison(); }
     Q_INVOKABLE void next() { model.nextQuestion(); }
@@ -79,6 +84,7 @@ private:
         int batchTotal = 0; // 0 where no batch is stepped through
         int place = 0;
         QString question;
+        BatchProgress progress;
 
         bool operator==(const Shown&) const = default;
     };

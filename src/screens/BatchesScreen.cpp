@@ -2,6 +2,7 @@
 
 #include "app/ScoreMath.h"
 #include "base/Format.h"
+#include "screens/BatchProgress.h"
 #include "screens/Strings.h"
 
 #include <algorithm>
@@ -118,7 +119,7 @@ void BatchesScreen::refreshProgress() {
     for (BatchRow& shownRow : rows) {
         const QuorlBatch* batch = shownRow.isRunning ? model.library.findBatch(shownRow.id) : nullptr;
         if (batch)
-            shownRow.progress = progressOf(*batch);
+            shownRow.progress = BatchProgress::of(model.library, *batch).figures();
     }
     batchRows.setRows(rows);
     refreshDetail(row < 0 ? nullptr : model.library.findBatch(batchRows.idAt(row)));
@@ -136,8 +137,7 @@ void BatchesScreen::refreshDetail(const QuorlBatch* batch) {
                                         statusWord(batch->status),
                                         toQString(Format::when(batch->createdAt, services.clock.now()))}
                                 .join(QStringLiteral(" · ")),
-                .progress = batch->status == BatchStatus::running ? tr("%1 answers").arg(progressOf(*batch))
-                                                                  : QString()};
+                .progress = BatchProgress::of(model.library, *batch).words()};
     }
     itemRows.setRows(items);
     if (next == shown)
@@ -152,7 +152,7 @@ BatchRow BatchesScreen::makeRow(const QuorlBatch& batch) const {
             .kind = toQString(quorl::title(batch.kind)),
             .count = QString::number(model.library.runsOfBatch(batch.id).size()),
             .status = statusWord(batch.status),
-            .progress = progressOf(batch),
+            .progress = BatchProgress::of(model.library, batch).figures(),
             .when = toQString(Format::when(batch.createdAt, services.clock.now())),
             .isRunning = batch.status == BatchStatus::running};
 }
@@ -169,21 +169,6 @@ BatchItemRow BatchesScreen::makeItem(const QuorlRun& run) const {
             .models = tr("%1 models").arg(answers.size()), // of one too
             .running = count(AnswerState::running) > 0 ? tr("Running") : QString(),
             .failed = failed > 0 ? tr("%1 failed").arg(failed) : QString()};
-}
-
-// Of a batch that has ended nobody wants to know.
-QString BatchesScreen::progressOf(const QuorlBatch& batch) const {
-    if (batch.status != BatchStatus::running)
-        return {};
-    std::size_t all = 0;
-    std::size_t running = 0;
-    for (const QuorlRun* run : model.library.runsOfBatch(batch.id)) {
-        const auto answers = model.library.answersOfRun(run->id);
-        all += answers.size();
-        running +=
-            static_cast<std::size_t>(std::ranges::count(answers, AnswerState::running, &ModelAnswer::state));
-    }
-    return tr("%1 of %2").arg(all - running).arg(all);
 }
 
 } // namespace quorl

@@ -82,7 +82,6 @@ private:
     void refreshDetail(const QuorlBatch* batch);
     [[nodiscard]] BatchRow makeRow(const QuorlBatch& batch) const;
     [[nodiscard]] BatchItemRow makeItem(const QuorlRun& run) const;
-    [[nodiscard]] QString progressOf(const QuorlBatch& batch) const;
 
     AppModel& model;
     ScreenServices& services;

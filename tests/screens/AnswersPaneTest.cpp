@@ -553,6 +553,22 @@ TEST_F(AnswersPaneTest, ABatchIsSteppedThrough) {
     EXPECT_NE(window.selectable("Question A?"), nullptr);
 }
 
+TEST_F(AnswersPaneTest, ARunningBatchShowsHowFarItIs) {
+    openBatch(2, 0);
+    EXPECT_EQ(window.find("0 of 2 answers", QAccessible::ProgressBar), nullptr);
+
+    Library& library = harness.model().library;
+    QuorlBatch batch = *library.findBatch(*batchRuns[0].batchID);
+    ModelAnswer answer = library.answersOfRun(batchRuns[1].id)[0];
+    answer.state = AnswerState::running;
+    library.replaceAnswer(answer);
+    batch.status = BatchStatus::running;
+    library.replaceBatch(batch);
+    window.settle();
+
+    EXPECT_NE(window.find("1 of 2 answers", QAccessible::ProgressBar), nullptr);
+}
+
 TEST_F(AnswersPaneTest, KeysJudgeQuestionAfterQuestion) {
     openBatch(2, 0);
     window.press(Qt::Key_J);

@@ -143,6 +143,37 @@ TEST_F(AnswersReviewTest, StepsThroughABatch) {
     EXPECT_EQ(*harness.model().activeRunID, runs[0].id);
 }
 
+TEST_F(AnswersReviewTest, TellsHowFarABatchIsWhileItRuns) {
+    AnswersReview& shown = showBatch();
+    EXPECT_EQ(shown.batchProgress(), QString());
+    EXPECT_EQ(shown.batchShare(), 0);
+
+    Library& library = harness.model().library;
+    QuorlBatch batch = *library.findBatch(*runs[0].batchID);
+    const auto setState = [&](const QuorlRun& of, AnswerState state) {
+        ModelAnswer answer = library.answersOfRun(of.id)[0];
+        answer.state = state;
+        library.replaceAnswer(answer);
+    };
+    setState(runs[0], AnswerState::running);
+    setState(runs[2], AnswerState::running);
+    batch.status = BatchStatus::running;
+    library.replaceBatch(batch);
+    AnswersHarness::endTurn();
+    EXPECT_EQ(shown.batchProgress(), QStringLiteral("1 of 3 answers"));
+
+    // Not of the question on show.
+    setState(runs[2], AnswerState::failed);
+    AnswersHarness::endTurn();
+    EXPECT_EQ(shown.batchProgress(), QStringLiteral("2 of 3 answers"));
+    EXPECT_DOUBLE_EQ(shown.batchShare(), 2.0 / 3);
+
+    batch.status = BatchStatus::done;
+    library.replaceBatch(batch);
+    AnswersHarness::endTurn();
+    EXPECT_EQ(shown.batchProgress(), QString());
+}
+
 TEST_F(AnswersReviewTest, ListsTheQuestionsOfTheBatch) {
     EXPECT_EQ(showBatch().batchQuestions(),
               (QStringList{QStringLiteral("1. Which way 0?"), QStringLiteral("2. Which way 1?"),

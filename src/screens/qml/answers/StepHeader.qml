@@ -13,12 +13,34 @@ Item {
         width: root.width
     }
 
+    // Of all questions, so that it can be told by a glance from the first of them; the words stand where there is room.
+    Rectangle {
+        width: root.width * root.review.batchShare
+        height: 2
+        visible: root.review.batchProgress !== ""
+        color: Theme.accent
+
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: root.review.batchProgress
+    }
+
     Words {
-        anchors { left: root.left; right: jump.left; rightMargin: 8; verticalCenter: row.verticalCenter }
+        id: step
+
+        anchors { left: root.left; verticalCenter: row.verticalCenter }
+        width: Math.min(implicitWidth, jump.x - 8)
         text: root.review.stepLabel
         font: Theme.button
         color: Theme.text
         elide: Text.ElideRight
+    }
+    Words {
+        anchors { left: step.right; leftMargin: 12; baseline: step.baseline }
+        visible: x + implicitWidth < jump.x - 8
+        text: root.review.batchProgress
+        font: Theme.caption
+        color: Theme.quiet
+        Accessible.ignored: true // the bar says it
     }
 
     MenuButton {
