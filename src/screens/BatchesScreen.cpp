@@ -150,7 +150,7 @@ BatchRow BatchesScreen::makeRow(const QuorlBatch& batch) const {
     return {.id = batch.id,
             .name = startOf(batch.name, charactersInRow),
             .kind = toQString(quorl::title(batch.kind)),
-            .count = QString::number(model.library.runsOfBatch(batch.id).size()),
+            .count = QString::number(model.library.runCountOfBatch(batch.id)),
             .status = statusWord(batch.status),
             .progress = BatchProgress::of(model.library, batch).figures(),
             .when = toQString(Format::when(batch.createdAt, services.clock.now())),

@@ -96,7 +96,7 @@ QHash<int, QByteArray> HistoryListModel::roleNames() const {
 QString HistoryListModel::label(const QuorlRun& run) const {
     if (!run.batchID)
         return tr("Single question");
-    const std::size_t count = library.runsOfBatch(*run.batchID).size();
+    const std::size_t count = library.runCountOfBatch(*run.batchID);
     if (count == 0)
         return tr("Bulk");
     return count == 1 ? tr("Bulk · 1 question") : tr("Bulk · %1 questions").arg(count);

@@ -163,6 +163,9 @@ TEST(LocalAPIServerLoad, CutsOffAClientThatNeverCloses) {
 }
 
 TEST(LocalAPIServerLoad, WaitsPatientlyForDescriptors) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "The check of virtual calls that comes with it needs descriptors of its own.";
+#endif
     const ListeningServer listening;
     std::vector<RawClient> clients; // made beforehand, since they need descriptors of their own
     for (int index = 0; index < 5; ++index)

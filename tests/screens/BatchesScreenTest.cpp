@@ -231,6 +231,17 @@ protected:
         settle();
     }
 
+    void post(const std::string& name) {
+        const auto reply = harness.model().createAPIBatch(
+            R"({"kind":"generation","items":[{"prompt":"Why?"}],"name":")" + name + "\"}", RunOrigin::api,
+            std::nullopt);
+        ASSERT_EQ(reply.status, 202);
+    }
+
+    [[nodiscard]] bool isMarked(const char* row) {
+        return find(QString::fromUtf8(row), QAccessible::ListItem)->property("isSelected").toBool();
+    }
+
     bool isDone() {
         return std::ranges::all_of(harness.model().library.batches(),
                                    [](const QuorlBatch& batch) { return batch.status == BatchStatus::done; });
@@ -372,21 +383,30 @@ TEST_F(BatchesWindowTest, TheMarkIsOnTheNewestBatchHoweverManyCome) {
     openBatches();
 
     for (const char* name : {"First", "Second"}) {
-        ASSERT_EQ(
-            harness.model()
-                .createAPIBatch(std::string(R"({"kind":"generation","items":[{"prompt":"Why?"}],"name":")") +
-                                    name + "\"}",
-                                RunOrigin::api, std::nullopt)
-                .status,
-            202);
+        post(name);
         settle();
     }
     ASSERT_TRUE(harness.waitFor([&] { return isDone(); }));
     settle();
 
-    QQuickItem* row = find(QStringLiteral("Second, Generation, 1, Done, Just now"), QAccessible::ListItem);
-    ASSERT_NE(row, nullptr);
-    EXPECT_TRUE(row->property("isSelected").toBool());
+    EXPECT_TRUE(isMarked("Second, Generation, 1, Done, Just now"));
+}
+
+TEST_F(BatchesWindowTest, TheMarkStaysWhereTheViewMovesItsOwn) {
+    addChosenModel("one");
+    openBatches();
+    post("First");
+    post("Second");
+    ASSERT_TRUE(harness.waitFor([&] { return isDone(); }));
+    settle();
+    QQuickItem* list = find(QStringLiteral("Batches"), QAccessible::List);
+
+    // As it does when rows come in above that it has not laid out yet.
+    const int row = list->property("selectedRow").toInt();
+    list->setProperty("currentIndex", 1 - row);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list->property("currentIndex") == row; }));
+
+    EXPECT_TRUE(isMarked("Second, Generation, 1, Done, Just now"));
 }
 
 } // namespace

@@ -12,10 +12,16 @@ ListView {
 
     signal rowSelected(int row)
 
+    // Rows that come in above take the view's own mark along, which nothing that is selected does.
+    function follow() {
+        root.currentIndex = root.selectedRow;
+        root.positionViewAtIndex(root.currentIndex, ListView.Contain);
+    }
+
     function goTo(row: int) {
         root.isKeyed = true;
         const next = Math.max(0, Math.min(row, root.count - 1));
-        if (next !== root.currentIndex)
+        if (next !== root.selectedRow)
             root.rowSelected(next);
     }
 
@@ -23,7 +29,6 @@ ListView {
         root.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
     }
 
-    currentIndex: root.selectedRow
     spacing: 2
     clip: true
     pixelAligned: true
@@ -31,9 +36,14 @@ ListView {
     activeFocusOnTab: root.count > 0
     keyNavigationEnabled: false // it would move its own mark and not the selection
     highlightFollowsCurrentItem: false // which would take its time
-    onCurrentIndexChanged: root.positionViewAtIndex(root.currentIndex, ListView.Contain)
-    Keys.onUpPressed: root.goTo(root.currentIndex - 1)
-    Keys.onDownPressed: root.goTo(root.currentIndex + 1)
+    onSelectedRowChanged: root.follow()
+    onCurrentIndexChanged: {
+        if (root.currentIndex !== root.selectedRow)
+            moved.restart();
+    }
+    Component.onCompleted: root.follow()
+    Keys.onUpPressed: root.goTo(root.selectedRow - 1)
+    Keys.onDownPressed: root.goTo(root.selectedRow + 1)
     Keys.onReturnPressed: root.goOn()
     Keys.onEnterPressed: root.goOn()
     Keys.onPressed: event => {
@@ -43,6 +53,13 @@ ListView {
     }
 
     Accessible.role: Accessible.List
+
+    Timer {
+        id: moved
+
+        interval: 0 // when the view has taken the rows in
+        onTriggered: root.follow()
+    }
 
     T.ScrollBar.vertical: PaneScrollBar {}
 }

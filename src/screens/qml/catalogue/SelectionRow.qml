@@ -9,7 +9,7 @@ T.ItemDelegate {
     required property int index
 
     readonly property SelectionList list: ListView.view as SelectionList
-    readonly property bool isSelected: ListView.isCurrentItem
+    readonly property bool isSelected: root.list !== null && root.index === root.list.selectedRow
 
     implicitWidth: ListView.view ? ListView.view.width : 0
     focusPolicy: Qt.ClickFocus // Tab stops at the list
