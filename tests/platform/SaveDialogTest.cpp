@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
 
 namespace quorl::test {
 
@@ -151,6 +152,27 @@ TEST_F(SaveDialogTest, TheNextOneOpensWhereTheLastFileWasSaved) {
     dialog = std::make_unique<SaveDialog>(*window, defaults); // after a restart
     ask();
     EXPECT_EQ(fileShown("currentFolder"), other.string());
+}
+
+TEST_F(SaveDialogTest, AFileThatIsThereIsReplacedOnlyOnAYes) {
+    defaults.setString("export.folder", folder.path().string());
+    std::ofstream(folder.path() / "quorl-scores.csv") << "before";
+    ask();
+
+    click(findShown("text", "Save"));
+    auto* question = window->findChild<QObject*>("replaceDialog");
+    ASSERT_NE(question, nullptr);
+    EXPECT_EQ(question->property("text").toString(), QStringLiteral("Replace “quorl-scores.csv”?"));
+    EXPECT_EQ(answers, 0);
+
+    QMetaObject::invokeMethod(question, "reject"); // and the place can be chosen anew
+    EXPECT_TRUE(QTest::qWaitFor([this] { return shown()->property("visible").toBool(); }));
+    EXPECT_EQ(answers, 0);
+    click(findShown("text", "Save"));
+    QMetaObject::invokeMethod(question, "accept");
+
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(answer, folder.path() / "quorl-scores.csv");
 }
 
 TEST_F(SaveDialogTest, CancellingAnswersNothingAndItCanBeAskedAgain) {

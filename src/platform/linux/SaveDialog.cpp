@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <QVariant>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorl {
@@ -27,6 +28,18 @@ FileDialog {
     fileMode: FileDialog.SaveFile
     acceptLabel: "Save" // Qt Quick's own one says "Open"
     modality: Qt.WindowModal
+}
+)";
+
+// A desktop's dialog asks by itself before a file is replaced, Qt Quick's own one of Qt 6.4 does not.
+constexpr auto replaceSource = R"(
+import QtQuick
+import QtQuick.Dialogs
+
+MessageDialog {
+    objectName: "replaceDialog"
+    modality: Qt.WindowModal
+    buttons: MessageDialog.Yes | MessageDialog.No
 }
 )";
 
@@ -55,17 +68,10 @@ class SaveDialog::Loaded : public QObject {
     Q_OBJECT
 
 public:
-    Loaded(QQuickWindow& window, UserDefaults& stored) : defaults(stored) {
-        QQmlEngine* engine = qmlEngine(&window);
-        QQmlComponent component(engine);
-        component.setData(source, QUrl());
-        dialog.reset(component.create(QQmlEngine::contextForObject(&window)));
-        if (!dialog) {
-            qWarning("%s", qUtf8Printable(component.errorString()));
+    Loaded(QQuickWindow& parent, UserDefaults& stored) : window(parent), defaults(stored) {
+        dialog = make(source);
+        if (!dialog)
             return;
-        }
-        dialog->setParent(&window);
-        dialog->setProperty("parentWindow", QVariant::fromValue<QWindow*>(&window));
         connect(dialog.get(), SIGNAL(accepted()), this, SLOT(accept()));
         connect(dialog.get(), SIGNAL(rejected()), this, SLOT(reject()));
     }
@@ -93,20 +99,65 @@ private Q_SLOTS:
         // A place that is no local file cannot be written to.
         if (path.isEmpty())
             return reject();
-        defaults.setString(folderKey, QFileInfo(path).absolutePath().toStdString());
-        finish(std::filesystem::path(path.toStdString()));
+        target = path;
+        if (isQtQuicksOwn() && QFileInfo::exists(path))
+            askToReplace();
+        else
+            take();
     }
     void reject() { finish(std::nullopt); }
+    void take() {
+        defaults.setString(folderKey, QFileInfo(target).absolutePath().toStdString());
+        finish(std::filesystem::path(target.toStdString()));
+    }
+    void chooseAnother() { QMetaObject::invokeMethod(dialog.get(), "open"); }
 
 private:
-    // The answer may ask anew.
-    void finish(const std::optional<std::filesystem::path>& target) {
-        if (const Chosen chosen = std::exchange(answer, nullptr))
-            chosen(target);
+    /// Null where it cannot be made.
+    std::unique_ptr<QObject> make(const char* ofSource) {
+        QQmlComponent component(qmlEngine(&window));
+        component.setData(ofSource, QUrl());
+        std::unique_ptr<QObject> made(component.create(QQmlEngine::contextForObject(&window)));
+        if (!made) {
+            qWarning("%s", qUtf8Printable(component.errorString()));
+            return nullptr;
+        }
+        made->setParent(&window);
+        made->setProperty("parentWindow", QVariant::fromValue<QWindow*>(&window));
+        return made;
     }
 
+    [[nodiscard]] bool isQtQuicksOwn() const {
+        const auto children = window.findChildren<QObject*>();
+        return std::ranges::any_of(
+            children, [](const QObject* child) { return child->inherits("QQuickFileDialogImpl"); });
+    }
+
+    void askToReplace() {
+        if (!replaceDialog) {
+            replaceDialog = make(replaceSource);
+            if (!replaceDialog)
+                return reject();
+            connect(replaceDialog.get(), SIGNAL(accepted()), this, SLOT(take()));
+            connect(replaceDialog.get(), SIGNAL(rejected()), this, SLOT(chooseAnother()));
+        }
+        replaceDialog->setProperty("text", tr("Replace “%1”?").arg(QFileInfo(target).fileName()));
+        replaceDialog->setProperty("informativeText",
+                                   tr("A file of that name is there already. What it holds will be lost."));
+        QMetaObject::invokeMethod(replaceDialog.get(), "open");
+    }
+
+    // The answer may ask anew.
+    void finish(const std::optional<std::filesystem::path>& place) {
+        if (const Chosen chosen = std::exchange(answer, nullptr))
+            chosen(place);
+    }
+
+    QQuickWindow& window;
     UserDefaults& defaults;
     std::unique_ptr<QObject> dialog;
+    std::unique_ptr<QObject> replaceDialog; // once a file was to be replaced
+    QString target;
     Chosen answer; // while the dialog is open
 };
 
