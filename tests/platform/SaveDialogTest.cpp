@@ -165,11 +165,13 @@ TEST_F(SaveDialogTest, AFileThatIsThereIsReplacedOnlyOnAYes) {
     EXPECT_EQ(question->property("text").toString(), QStringLiteral("Replace “quorl-scores.csv”?"));
     EXPECT_EQ(answers, 0);
 
-    QMetaObject::invokeMethod(question, "reject"); // and the place can be chosen anew
-    EXPECT_TRUE(QTest::qWaitFor([this] { return shown()->property("visible").toBool(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return findShown("text", "No") != nullptr; }));
+    click(findShown("text", "No")); // and the place can be chosen anew
+    ASSERT_TRUE(QTest::qWaitFor([this] { return findShown("text", "Save") != nullptr; }));
     EXPECT_EQ(answers, 0);
     click(findShown("text", "Save"));
-    QMetaObject::invokeMethod(question, "accept");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return findShown("text", "Yes") != nullptr; }));
+    click(findShown("text", "Yes"));
 
     EXPECT_EQ(answers, 1);
     EXPECT_EQ(answer, folder.path() / "quorl-scores.csv");

@@ -598,6 +598,11 @@ TEST_F(ComposerWindowTest, ModelsAreChosenInTheirPopover) {
     QQuickItem* selector = findButton("first + second");
     ASSERT_NE(selector, nullptr);
     EXPECT_EQ(descriptionOf(selector), "Select the models to compare");
+    const auto words = selector->findChildren<QQuickItem*>();
+    EXPECT_TRUE(std::ranges::any_of(words, [&](const QQuickItem* item) {
+        return item->property("text") == selector->property("text") &&
+               item->property("elide") == Qt::ElideMiddle;
+    }));
 
     clickAndPause(selector);
     EXPECT_NE(findText("Models"), nullptr);

@@ -13,6 +13,7 @@ SecondaryButton {
 
     isLarge: true
     isSpread: true
+    elide: Text.ElideMiddle // the number at its end is to be seen
     isActive: popover.active
     text: root.screen.modelsLabel
     symbol: Symbols.chevronDown

@@ -14,6 +14,7 @@ Item {
     property int symbolSize: 16
     property int gap: 8
     property real symbolScale: 1
+    property int elide: Text.ElideRight
     property bool isSpread // the words at the left, the last symbol at the right
 
     readonly property real wordGap: root.text !== "" ? root.gap : 0
@@ -47,7 +48,7 @@ Item {
         font: root.font
         color: root.color
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
+        elide: root.elide
         Accessible.ignored: true
     }
 

@@ -11,6 +11,7 @@ BaseButton {
     property bool isDestructive
     property bool isActive
     property bool isSpread
+    property int elide: Text.ElideRight
     property bool isLarge: (root.parent as SheetFooter) !== null
 
     wantsHelp: root.hovered && !root.down && !root.isActive
@@ -26,6 +27,7 @@ BaseButton {
         leadingSymbol: root.symbolAtEnd ? "" : root.symbol
         trailingSymbol: root.symbolAtEnd ? root.symbol : ""
         isSpread: root.isSpread
+        elide: root.elide
     }
 
     background: ButtonFace {
