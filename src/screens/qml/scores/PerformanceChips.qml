@@ -7,6 +7,8 @@ Flow {
 
     required property var chips
 
+    readonly property int chipHeight: 56
+
     spacing: 0
 
     Repeater {
@@ -19,7 +21,7 @@ Flow {
             required property var modelData
 
             implicitWidth: Math.max(number.x + number.implicitWidth, label.implicitWidth) + (chip.index > 0 ? 24 : 0) + 40
-            implicitHeight: 56
+            implicitHeight: root.chipHeight + (root.width < 460 ? 12 : 0) // where they stand in two rows
 
             Accessible.role: Accessible.StaticText
             Accessible.name: chip.modelData.value + " " + chip.modelData.label
@@ -27,7 +29,7 @@ Flow {
             Rectangle {
                 visible: chip.index > 0 && chip.x > 0
                 width: 1
-                height: chip.height
+                height: root.chipHeight
                 color: Theme.line
             }
 
@@ -36,7 +38,7 @@ Flow {
 
                 x: chip.x > 0 ? 24 : 0
                 width: chip.width - x
-                height: chip.height
+                height: root.chipHeight
 
                 Icon {
                     y: 9
