@@ -10,6 +10,21 @@
 namespace quorl::test {
 namespace {
 
+std::string prose(std::size_t bytes) {
+    std::string text;
+    while (text.size() < bytes)
+        text += "An idempotency key makes the retry safe. ";
+    return text;
+}
+
+// What the cards are scrolled in.
+QQuickItem* paneAround(QQuickItem& card) {
+    QQuickItem* pane = nullptr;
+    for (QQuickItem* item = &card; item; item = item->parentItem())
+        pane = item->inherits("QQuickFlickable") ? item : pane;
+    return pane;
+}
+
 // The answers side of the Compare screen, alone in a window.
 class AnswersPaneTest : public testing::Test {
 protected:
@@ -740,6 +755,65 @@ TEST_F(AnswersPaneTest, ALongAnswerFillsAHighWindow) {
     ASSERT_NE(words, nullptr);
     EXPECT_GT(words->height(), 2160);
     EXPECT_LT(words->property("length").toInt(), 60'000);
+}
+
+TEST_F(AnswersPaneTest, AfterResizingEveryCardHasItsWidthAndItsPlace) {
+    std::vector<std::string> texts;
+    for (int card = 0; card < 6; ++card)
+        texts.push_back("Card " + std::to_string(card) + prose(20'000));
+    open(addRun(texts), {1240, 800});
+    std::vector<QQuickItem*> cards;
+    for (const std::string& text : texts)
+        cards.push_back(window.selectable(text.c_str()));
+    ASSERT_NE(cards[5], nullptr); // made, and out of sight
+    const qreal before = cards[0]->width();
+    ASSERT_TRUE(window.waitFor([&] { return cards[5]->width() == before; }));
+
+    window.window->contentItem()->setWidth(1200);
+    window.window->contentItem()->setWidth(1160);
+
+    EXPECT_LT(cards[0]->width(), before);
+    EXPECT_EQ(cards[5]->width(), before);
+    ASSERT_TRUE(window.waitFor([&] { return cards[5]->width() == cards[0]->width(); }));
+    window.settle();
+    for (QQuickItem* card : cards)
+        EXPECT_LE(card->property("contentWidth").toReal(), card->width());
+    EXPECT_EQ(cards[5]->mapToScene({}).x(), cards[2]->mapToScene({}).x());
+    EXPECT_EQ(cards[5]->mapToScene({}).y(), cards[3]->mapToScene({}).y());
+}
+
+TEST_F(AnswersPaneTest, WhatComesIntoSightWhileTheWindowIsResizedFitsAtOnce) {
+    const std::vector<std::string> texts(6, prose(20'000));
+    open(addRun(texts), {1240, 800});
+    QQuickItem* const last = window.find(texts[5].c_str(), QAccessible::EditableText, 5);
+    ASSERT_NE(last, nullptr);
+    const qreal before = window.selectable(texts[0].c_str())->width();
+    ASSERT_TRUE(window.waitFor([&] { return last->width() == before; }));
+
+    window.window->contentItem()->setWidth(1200);
+    ASSERT_EQ(last->width(), before);
+    paneAround(*last)->setProperty("contentY", 600);
+
+    EXPECT_EQ(last->width(), window.selectable(texts[0].c_str())->width());
+    EXPECT_LT(last->width(), before);
+}
+
+TEST_F(AnswersPaneTest, AVeryLongTextIsLaidOutAnewWhenResizingRests) {
+    const std::string text = prose(100'000);
+    open(addRun({text}), {700, 800});
+    QQuickItem* const words = window.selectable(text.c_str());
+    window.click(window.button("Show all"));
+    QQuickItem* const place = words->parentItem()->parentItem();
+    const qreal before = place->height();
+
+    window.window->contentItem()->setWidth(600);
+    EXPECT_GT(words->width(), place->width());
+    ASSERT_TRUE(window.waitFor([&] { return words->width() == place->width(); }));
+    window.settle();
+
+    EXPECT_GT(place->height(), before);
+    EXPECT_EQ(place->height(), words->height());
+    EXPECT_LE(words->property("contentWidth").toReal(), words->width());
 }
 
 TEST_F(AnswersPaneTest, AJudgementKeepsSelectionScrollAndKeyboard) {

@@ -15,7 +15,11 @@ ScrollPane {
     readonly property int fullHeight: Math.ceil(words.height) // of what is laid out
     readonly property bool isWhole: root.taken >= root.text.length
     readonly property bool wantsMore: root.isReady && !root.isWhole && root.contentY + 2 * root.height > root.contentHeight
-    readonly property int portion: 2000 // characters; every one that is laid out is laid out anew while the window is resized
+    // Every character that is laid out is laid out anew with each step while the window is resized: they are not many more than
+    // are seen, and where they are too many after all the width follows when it rests.
+    readonly property int portion: 1500
+    readonly property bool isHeavy: root.taken > 5 * root.portion
+    readonly property bool isBehind: words.width !== root.width
     property bool isReady: false
     property int taken: 0 // characters that are laid out
 
@@ -34,7 +38,7 @@ ScrollPane {
     function takeMore() {
         if (!root.wantsMore)
             return;
-        const next = root.cut(root.taken + root.portion);
+        const next = root.cut(root.taken + Math.max(root.portion / 3, root.taken / 4));
         words.insert(words.length, root.text.slice(root.taken, next));
         root.taken = next;
     }
@@ -46,9 +50,23 @@ ScrollPane {
         root.taken = root.text.length;
     }
 
+    function isInSight(): bool {
+        const top = root.page ? root.mapToItem(root.page, 0, 0).y : 0;
+        return !root.page || (top < root.page.height && top + root.height > 0);
+    }
+
+    function fit() {
+        if (words.width <= 0 || (!root.isHeavy && root.isInSight()))
+            words.width = root.width;
+    }
+
     contentHeight: root.fullHeight
     pixelAligned: true
     interactive: root.height < root.contentHeight && !(root.page && root.page.moving)
+    onWidthChanged: {
+        root.fit();
+        rest.restart();
+    }
     onTextChanged: {
         if (root.isReady)
             root.begin();
@@ -64,10 +82,30 @@ ScrollPane {
     }
     Keys.enabled: root.height < root.contentHeight
 
+    Timer {
+        id: rest
+
+        interval: 100
+        onTriggered: words.width = root.width
+    }
+
+    Connections {
+        target: root.isBehind ? root.page : null
+
+        function onContentYChanged() {
+            root.fit();
+        }
+        function onHeightChanged() {
+            root.fit();
+        }
+        function onContentHeightChanged() {
+            root.fit();
+        }
+    }
+
     SelectableText {
         id: words
 
-        width: root.width
         height: implicitHeight
         Keys.onPressed: event => {
             event.accepted = false;
