@@ -9,10 +9,20 @@ Window {
     readonly property bool isWide: width >= 980
     property bool isSeen // what cannot be seen yet waits for the first frame
 
+    function makeTheRest() {
+        root.isSeen = true;
+    }
+
     visible: true
     title: qsTr("Quorl")
     color: Theme.bg
-    onFrameSwapped: root.isSeen = true
+    onFrameSwapped: {
+        // Not in the midst of the frame. Qt declares callLater as a property, which the linter takes for no function.
+        // qmllint disable type
+        if (!root.isSeen)
+            Qt.callLater(root.makeTheRest);
+        // qmllint enable type
+    }
 
     // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
     // qmllint disable unqualified
@@ -53,13 +63,7 @@ Window {
     Loader {
         anchors { right: parent.right; bottom: parent.bottom; margins: 24 }
         active: root.isSeen
-        sourceComponent: QuorlFeedbackToast {
-            title: root.screens.feedback.title
-            detail: root.screens.feedback.detail
-            symbol: root.screens.feedback.symbol
-            isMilestone: root.screens.feedback.isMilestone
-            feedbackID: root.screens.feedback.feedbackID // behind the words that it shows
-        }
+        Component.onCompleted: setSource(Qt.resolvedUrl("shell/Feedback.qml"), { feedback: root.screens.feedback })
     }
 
     Announcement {
@@ -70,15 +74,11 @@ Window {
         id: toolsMenu
 
         active: root.isSeen
-        sourceComponent: ToolsMenu {
-            screens: root.screens
-        }
+        Component.onCompleted: setSource(Qt.resolvedUrl("shell/ToolsMenu.qml"), { screens: root.screens })
     }
 
     Loader {
         active: root.isSeen || root.screens.alert.isShown
-        sourceComponent: Alerts {
-            alert: root.screens.alert
-        }
+        Component.onCompleted: setSource(Qt.resolvedUrl("shell/Alerts.qml"), { alert: root.screens.alert })
     }
 }

@@ -1,25 +1,25 @@
 import QtQuick
 import Quorl
 
-// What is asked: the header, and under it the composer of the mode.
+// What is asked: the header, and under it the composer of the mode, which is read from its file when it is first shown.
 Item {
     id: root
 
     required property DraftScreen screen
 
+    readonly property string file: root.screen.mode === DraftScreen.Decision ? "SingleDecision.qml"
+                                 : root.screen.mode === DraftScreen.Bulk ? "BulkComposer.qml" : "PromptComposer.qml"
+
     function focusQuestion() {
-        const decision = fields.item as SingleDecision;
-        const bulk = fields.item as BulkComposer;
-        const prompt = fields.item as PromptComposer;
-        if (decision)
-            decision.focusQuestion(0);
-        else if (bulk)
-            bulk.focusQuestion(0);
-        else
-            prompt.focusQuestion();
+        root.focusFirst(fields.item);
+    }
+
+    function focusFirst(composer: var) {
+        composer.focusQuestion(0);
     }
 
     height: fields.y + fields.height
+    onFileChanged: fields.setSource(Qt.resolvedUrl(root.file), { screen: root.screen })
 
     ComposerHeader {
         id: header
@@ -33,31 +33,5 @@ Item {
 
         y: header.height + 20
         width: root.width
-        sourceComponent: root.screen.mode === DraftScreen.Decision ? decision
-                       : root.screen.mode === DraftScreen.Bulk ? bulk : prompt
-    }
-
-    // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
-    // qmllint disable unqualified
-    Component {
-        id: decision
-
-        SingleDecision {
-            screen: root.screen
-        }
-    }
-    Component {
-        id: bulk
-
-        BulkComposer {
-            screen: root.screen
-        }
-    }
-    Component {
-        id: prompt
-
-        PromptComposer {
-            screen: root.screen
-        }
     }
 }

@@ -28,11 +28,6 @@ Item {
     PopoverLoader {
         id: popover
 
-        // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
-        // qmllint disable unqualified
-        sourceComponent: ComparisonOptions {
-            anchorItem: options
-            screen: root.screen
-        }
+        Component.onCompleted: setSource(Qt.resolvedUrl("ComparisonOptions.qml"), { anchorItem: options, screen: root.screen })
     }
 }

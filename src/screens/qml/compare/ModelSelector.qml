@@ -24,11 +24,6 @@ SecondaryButton {
     PopoverLoader {
         id: popover
 
-        // A Loader of Qt 6.4 cannot load a bound component, so the linter has to be told that the ids are there.
-        // qmllint disable unqualified
-        sourceComponent: ModelsPopover {
-            anchorItem: root
-            screen: root.screen
-        }
+        Component.onCompleted: setSource(Qt.resolvedUrl("ModelsPopover.qml"), { anchorItem: root, screen: root.screen })
     }
 }

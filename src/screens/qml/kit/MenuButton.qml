@@ -22,7 +22,10 @@ PlainButton {
     readonly property int leftPadding: root.iconOnly ? 0 : root.isBare && !root.isNavigation ? 8 : 12
     readonly property int rightPadding: root.leftPadding // to be pulled out by
 
+    signal menuWanted // made at the latest then
+
     function toggleMenu() {
+        root.menuWanted();
         if (root.isOpen) {
             root.menu.close();
             return;
