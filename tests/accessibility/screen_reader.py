@@ -190,15 +190,22 @@ class ScreenTest(unittest.TestCase):
         self.wait_for(lambda: find(expected, self.everything()) is None, lambda: f"{expected} is still there")
 
     def press(self, role, name):
-        found = self.find(role, name)
-        names = [Atspi.Action.get_action_name(found, place) for place in range(Atspi.Action.get_n_actions(found))]
-        self.assertIn("Press", names, f"{role} {name}")
-        Atspi.Action.do_action(found, names.index("Press"))
+        self.press_any(role, name)
 
     def press_any(self, role, *names):
         """The one of them that is there."""
-        self.wait_for(lambda: any(find(item(role, name), self.everything()) for name in names))
-        self.press(role, next(name for name in names if find(item(role, name), self.everything())))
+
+        def look():
+            for name in names:
+                if found := find(item(role, name), self.everything()):
+                    count = Atspi.Action.get_n_actions(found)
+                    actions = [Atspi.Action.get_action_name(found, place) for place in range(count)]
+                    self.assertIn("Press", actions, f"{role} {name}")
+                    return found, actions.index("Press")
+            return None
+
+        found, action = self.wait_for(look, lambda: f"no {role} {names} in\n{self.picture()}")
+        Atspi.Action.do_action(found, action)
 
     def write(self, role, name, text):
         """In the place of what stands there."""
@@ -207,11 +214,10 @@ class ScreenTest(unittest.TestCase):
 
     def name_of_first(self, role):
         """For what is named after the time that has passed."""
-        found = self.wait_for(
-            lambda: next((each for each in self.everything() if each.get_role_name() == role), None),
+        return self.wait_for(
+            lambda: next((each.get_name() for each in self.everything() if each.get_role_name() == role), None),
             lambda: f"no {role} in\n{self.picture()}",
         )
-        return found.get_name()
 
     def text_of(self, role, name):
         field = self.find(role, name)
