@@ -377,6 +377,16 @@ TEST_F(ShellTest, WhatIsAnnouncedIsTheNameOfANotification) {
     EXPECT_NE(find(QStringLiteral("Zun has answered."), QAccessible::Notification), nullptr);
 }
 
+TEST_F(ShellTest, WhatIsAnnouncedStaysWhileMoreIs) {
+    open();
+
+    harness.root().announcer()->announce(QStringLiteral("Zun has answered."));
+    harness.root().announcer()->announce(QStringLiteral("Nuvel has answered."));
+
+    EXPECT_NE(find(QStringLiteral("Zun has answered."), QAccessible::Notification), nullptr);
+    EXPECT_NE(find(QStringLiteral("Nuvel has answered."), QAccessible::Notification), nullptr);
+}
+
 class WindowFrameTest : public ShellTest {
 protected:
     WindowFrame frame() { return {window().x(), window().y(), window().width(), window().height()}; }
